@@ -1,0 +1,10 @@
+#include "edit.h"
+
+Edit::Edit(int, QObject *parent)
+    : QProcess(parent)
+{
+}
+
+void Edit::execute()
+{
+}

@@ -1,0 +1,442 @@
+#include "mainwindow.h"
+
+#include "conversion.h"
+#include "conversioncontroller.h"
+#include "panel.h"
+#include "panelmanager.h"
+#include "recentfolderstorage.h"
+#include "settings.h"
+#include "ui_mainwindow.h"
+#include "workingfolder.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QFile>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QTextCursor>
+
+namespace {
+
+const char *const RunToolTip = "F5 - Run (only for left panel)";
+
+// Engine switches kept in the settings, in the order they are read.
+const QStringList &engineOptionKeys()
+{
+    static const QStringList keys{
+        QStringLiteral("/D"),     QStringLiteral("/U"),     QStringLiteral("/P"),
+        QStringLiteral("SD"),     QStringLiteral("FD"),     QStringLiteral("SDC"),
+        QStringLiteral("/PRJF="), QStringLiteral("/INI="),  QStringLiteral("/TBLDDL="),
+        QStringLiteral(" ")};
+    return keys;
+}
+
+bool isPathSwitch(const QString &key)
+{
+    return key == QLatin1String("/PRJF=") || key == QLatin1String("/INI=")
+        || key == QLatin1String("/TBLDDL=");
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString &)
+    : QMainWindow(parent)
+    , m_ui(std::make_unique<Ui::MainWindow>())
+{
+    m_ui->setupUi(this);
+    setWindowTitle(QStringLiteral("Morvane Navarch"));
+    setWindowIcon(QIcon(QStringLiteral(":/images/Morvane.png")));
+    m_ui->labelProcessState->setText(QStringLiteral("Not Running"));
+    m_ui->tabWidget->setVisible(false);
+
+    m_panelManager = new PanelManager(m_ui.get(), this);
+    createActions();
+
+    connect(this, &MainWindow::showFindLogRequested, this, &MainWindow::showFindLog);
+    connect(m_panelManager, &PanelManager::turnWaitingMode, this, &MainWindow::turnWaitingMode);
+    if (application)
+        connect(application, &QApplication::focusChanged, this, &MainWindow::focusChanged);
+    connect(m_ui->setFilterAction, &QAction::triggered, this, &MainWindow::ShowFilterDialog);
+    connect(m_ui->aboutAction, &QAction::triggered, this, &MainWindow::showAbout);
+    connect(m_ui->connectionOptionsAction, &QAction::triggered, this,
+            &MainWindow::showConnectionOptions);
+
+    connect(m_ui->logViewButton, &QPushButton::clicked, this, &MainWindow::viewLog);
+    connect(m_ui->makeDirButton, &QPushButton::clicked, this, &MainWindow::makeDir);
+    connect(m_ui->removeButton, &QPushButton::clicked, this, &MainWindow::deleteObject);
+    connect(m_ui->copyFilesButton, &QPushButton::clicked, this, &MainWindow::copyFiles);
+    connect(m_ui->conversionButton, &QPushButton::clicked, this, &MainWindow::startConversionEx);
+    connect(m_ui->pushButtonView, &QPushButton::clicked, m_panelManager,
+            &PanelManager::startViewCommand);
+    connect(m_ui->pushButtonEdit, &QPushButton::clicked, m_panelManager,
+            &PanelManager::startEditCommand);
+
+    auto &recent = RecentFolderStorage::instance();
+    connect(&recent, &RecentFolderStorage::changeRootFolder, this, &MainWindow::changeRoot);
+    connect(m_ui->menuNew, &QMenu::hovered, this, &MainWindow::initSubMenu);
+
+    for (Panel *panel : {m_panelManager->leftPanel(), m_panelManager->rightPanel()}) {
+        panel->setKeyFilter(this);
+        connect(panel, &Panel::makeDirRequested, this, &MainWindow::makeDir);
+        connect(panel, &Panel::removeRequested, this, &MainWindow::deleteObject);
+    }
+
+    setupConversion();
+    setupEditorAndComparison();
+    setupSearch();
+    readSettings();
+}
+
+MainWindow::~MainWindow()
+{
+    writeSettings();
+}
+
+void MainWindow::createActions()
+{
+    m_runAction = new QAction(QIcon(QStringLiteral(":/images/start.png")),
+                              QString::fromLatin1(RunToolTip), this);
+    m_stopAction = new QAction(QIcon(QStringLiteral(":/images/stop.png")),
+                               QStringLiteral("Stop"), this);
+    m_migrationAction = new QAction(QStringLiteral("Migration..."), this);
+    m_encodingAction = new QAction(QIcon(QStringLiteral(":/images/translate.png")),
+                                   QStringLiteral("Encoding..."), this);
+    m_findAction = new QAction(QIcon(QStringLiteral(":/images/find.png")),
+                               QStringLiteral("&Find"), this);
+    m_findAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+F")));
+    m_copyFileAction = new QAction(QIcon(QStringLiteral(":/images/start.png")),
+                                   QStringLiteral("Copy file"), this);
+    m_cancelAction = new QAction(QStringLiteral("&Cancel"), this);
+    m_cancelAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+K")));
+    m_cancelAction->setVisible(false);
+
+    m_ui->toolBar->addSeparator();
+    m_ui->toolBar->addAction(m_runAction);
+    m_ui->toolBar->addAction(m_stopAction);
+    m_ui->toolBar->addSeparator();
+
+    m_ui->menuConversion->insertAction(m_ui->menuConversion->actions().value(0), m_runAction);
+    m_ui->menuConversion->insertAction(m_ui->actionSource, m_stopAction);
+    m_ui->menuConversion->insertSeparator(m_ui->actionSource);
+    m_ui->menuOptions->addAction(m_migrationAction);
+    m_ui->menuOptions->addAction(m_encodingAction);
+    m_ui->menuNew->addAction(m_findAction);
+    m_ui->menuNew->addAction(m_copyFileAction);
+    m_ui->menuNew->addAction(m_cancelAction);
+    m_ui->menuNew->addSeparator();
+    m_recentMenu = m_ui->menuNew->addMenu(QStringLiteral("Recent Folders"));
+    RecentFolderStorage::instance().fillMenu(m_recentMenu);
+    // The window is not in a layout that owns the actions' shortcuts otherwise.
+    addAction(m_findAction);
+    addAction(m_cancelAction);
+
+    connect(m_runAction, &QAction::triggered, this, &MainWindow::startConversionEx);
+    connect(m_migrationAction, &QAction::triggered, this, &MainWindow::migrationOptions);
+    connect(m_encodingAction, &QAction::triggered, this, &MainWindow::showEncodingOptions);
+    connect(m_copyFileAction, &QAction::triggered, this, &MainWindow::copyFile);
+    connect(m_cancelAction, &QAction::triggered, this, &MainWindow::stopThread);
+}
+
+void MainWindow::setupConversion()
+{
+    m_controller = new ConversionController(this);
+    connect(m_stopAction, &QAction::triggered, m_controller, &ConversionController::StopConversion);
+    connect(m_controller, &ConversionController::pauseMode, this, &MainWindow::pauseMode);
+    connect(m_controller, &ConversionController::conversionMode, this, &MainWindow::conversionMode);
+    connect(m_controller, &ConversionController::changeConversionIndexes, this,
+            &MainWindow::changeConversionIndexes);
+    Conversion *conversion = m_controller->conversion();
+    connect(conversion, &Conversion::standardOutputChanged, this,
+            &MainWindow::printStandartOutput);
+    connect(conversion, &QProcess::stateChanged, this, &MainWindow::changeProcessState);
+}
+
+void MainWindow::setupEditorAndComparison()
+{
+}
+
+void MainWindow::setupSearch()
+{
+}
+
+void MainWindow::readSettings()
+{
+    Settings settings;
+    settings.beginGroup(QStringLiteral("Main Window"));
+    const QSize size = settings.value(QStringLiteral("size"), QSize(-1, -1)).toSize();
+    if (size.width() == -1 && size.height() == -1) {
+        setWindowState(windowState() | Qt::WindowMaximized);
+    } else {
+        resize(size);
+        move(settings.value(QStringLiteral("pos"), QPoint(200, 200)).toPoint());
+    }
+
+    m_panelManager->readSettings(settings);
+    RecentFolderStorage::instance().readSettings(settings);
+
+    const QStringList commands = settings.value(QStringLiteral("Commands"))
+                                     .toString()
+                                     .split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    for (const QString &command : commands)
+        m_ui->comboBoxEditCommand->insertItem(0, command);
+    m_ui->comboBoxEditCommand->insertItem(0, QString());
+    m_ui->comboBoxEditCommand->setCurrentIndex(0);
+
+    for (const QString &key : engineOptionKeys()) {
+        if (settings.contains(key))
+            m_engineOptions.insert(key, settings.value(key).toString());
+    }
+    settings.endGroup();
+
+    m_sourceEncoding = settings.value(QStringLiteral("/SRCENC="), QStringLiteral("System")).toString();
+    m_targetEncoding = settings.value(QStringLiteral("/TRGENC="), QStringLiteral("System")).toString();
+}
+
+void MainWindow::writeSettings()
+{
+    Settings settings;
+    settings.beginGroup(QStringLiteral("Main Window"));
+    settings.setValue(QStringLiteral("size"), size());
+    settings.setValue(QStringLiteral("pos"), pos());
+    for (auto it = m_engineOptions.cbegin(); it != m_engineOptions.cend(); ++it) {
+        // The password lives in memory for the session only.
+        if (it.key() == QLatin1String("/P"))
+            continue;
+        settings.setValue(it.key(), it.value());
+    }
+    settings.remove(QStringLiteral("/P"));
+    if (m_engineOptions.value(QStringLiteral("/TBLDDL=")).isEmpty())
+        settings.remove(QStringLiteral("/TBLDDL="));
+
+    m_panelManager->writeSettings(settings);
+    RecentFolderStorage::instance().writeSettings(settings);
+
+    // Walking the items from the last one down means the list comes back
+    // reversed after every restart; users know it this way.
+    QString commands;
+    for (int i = m_ui->comboBoxEditCommand->count() - 1; i >= 0; --i)
+        commands += QLatin1Char(';') + m_ui->comboBoxEditCommand->itemText(i);
+    settings.setValue(QStringLiteral("Commands"), commands);
+    settings.endGroup();
+
+    settings.setValue(QStringLiteral("/SRCENC="), m_sourceEncoding);
+    settings.setValue(QStringLiteral("/TRGENC="), m_targetEncoding);
+}
+
+QStringList MainWindow::engineOptionPieces() const
+{
+    QStringList pieces;
+    for (auto it = m_engineOptions.cbegin(); it != m_engineOptions.cend(); ++it) {
+        if (it.key() == QLatin1String(" ")) {
+            if (!it.value().isEmpty())
+                pieces << QLatin1Char(' ') + it.value();
+        } else if (isPathSwitch(it.key())) {
+            if (!it.value().isEmpty())
+                pieces << QStringLiteral(" %1\"%2\"").arg(it.key(), it.value());
+        } else {
+            pieces << QLatin1Char(' ') + it.key() + it.value();
+        }
+    }
+    if (!m_engineOptions.contains(QStringLiteral("/INI="))) {
+        WorkingFolder::ensureIni();
+        if (WorkingFolder::iniExists())
+            pieces << QStringLiteral(" /INI=\"%1\"").arg(WorkingFolder::iniPath());
+    }
+    return pieces;
+}
+
+void MainWindow::turnWaitingMode(Qt::CursorShape cursor)
+{
+    setCursor(cursor);
+    const bool busy = cursor == Qt::BusyCursor;
+    if (busy)
+        m_cancelAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+K")));
+    m_cancelAction->setVisible(busy);
+}
+
+void MainWindow::stopThread()
+{
+    m_panelManager->cancelCopy();
+}
+
+void MainWindow::pauseMode(bool isRunnig)
+{
+    if (isRunnig) {
+        m_ui->labelProcessState->setText(QStringLiteral("Running"));
+        m_runAction->setToolTip(QString::fromLatin1(RunToolTip));
+    }
+    m_runAction->setIcon(QIcon(QStringLiteral(":/images/pause.png")));
+}
+
+void MainWindow::conversionMode()
+{
+    m_ui->labelProcessState->setText(QStringLiteral("Pause"));
+    m_runAction->setIcon(QIcon(QStringLiteral(":/images/start.png")));
+    m_runAction->setToolTip(QStringLiteral("Resume"));
+}
+
+void MainWindow::changeProcessState(QProcess::ProcessState processState)
+{
+    switch (processState) {
+    case QProcess::NotRunning:
+        m_ui->labelProcessState->setText(QStringLiteral("Not Running"));
+        m_runAction->setIcon(QIcon(QStringLiteral(":/images/start.png")));
+        m_runAction->setToolTip(QString::fromLatin1(RunToolTip));
+        break;
+    case QProcess::Starting:
+        m_ui->labelProcessState->setText(QStringLiteral("Starting"));
+        break;
+    case QProcess::Running:
+        m_ui->labelProcessState->setText(QStringLiteral("Running"));
+        m_ui->tabWidget->setVisible(true);
+        m_ui->tabWidget->setCurrentIndex(1);
+        break;
+    }
+}
+
+void MainWindow::startConversionEx()
+{
+    Panel *left = m_panelManager->leftPanel();
+    m_controller->runOrPause(engineOptionPieces(), m_sourceEncoding, m_targetEncoding,
+                             left->selectedPaths(), m_panelManager->rightPanel()->currentPath());
+}
+
+void MainWindow::changeConversionIndexes(int sourceIndex, int targetIndex)
+{
+    if (sourceIndex >= 0)
+        m_ui->sourceCombo->setCurrentIndex(sourceIndex);
+    if (targetIndex >= 0)
+        m_ui->targetCombo->setCurrentIndex(targetIndex);
+}
+
+void MainWindow::ShowFilterDialog()
+{
+}
+
+void MainWindow::showFindLog()
+{
+    m_ui->tabWidget->setVisible(true);
+    m_ui->tabWidget->setCurrentIndex(0);
+}
+
+void MainWindow::ShowConversionLog()
+{
+    m_ui->tabWidget->setVisible(true);
+    m_ui->tabWidget->setCurrentIndex(1);
+}
+
+void MainWindow::showConnectionOptions()
+{
+}
+
+void MainWindow::migrationOptions()
+{
+}
+
+void MainWindow::showEncodingOptions()
+{
+}
+
+void MainWindow::showAbout()
+{
+    QFile changes(QStringLiteral(":/about/changelog.txt"));
+    changes.open(QIODevice::ReadOnly | QIODevice::Text);
+    const QString text = QStringLiteral("<h3>Morvane Navarch %1</h3><p>Built %2 %3</p><pre>%4</pre>")
+                             .arg(QStringLiteral(NAVARCH_VERSION), QStringLiteral(__DATE__),
+                                  QStringLiteral(__TIME__),
+                                  QString::fromUtf8(changes.readAll()).toHtmlEscaped());
+    QMessageBox::about(this, QStringLiteral("About Morvane Navarch"), text);
+}
+
+void MainWindow::printStandartOutput()
+{
+}
+
+void MainWindow::viewLog()
+{
+    m_ui->tabWidget->setVisible(!m_ui->tabWidget->isVisible());
+}
+
+void MainWindow::makeDir()
+{
+    m_panelManager->makeDir();
+}
+
+void MainWindow::deleteObject()
+{
+    m_panelManager->removeSelection();
+}
+
+void MainWindow::copyFiles()
+{
+    m_panelManager->copySelection();
+}
+
+void MainWindow::copyFile()
+{
+    m_panelManager->copyCurrentFile();
+}
+
+void MainWindow::changeRoot(const QString &folder)
+{
+    m_panelManager->currentPanel()->changePath(folder);
+}
+
+void MainWindow::initSubMenu(QAction *action)
+{
+    if (action && action->text() == QLatin1String("Recent Folders"))
+        RecentFolderStorage::instance().fillMenu(m_recentMenu);
+}
+
+void MainWindow::focusChanged(QWidget *old, QWidget *now)
+{
+    m_panelManager->focusChanged(old, now);
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    Panel *left = m_panelManager ? m_panelManager->leftPanel() : nullptr;
+    Panel *right = m_panelManager ? m_panelManager->rightPanel() : nullptr;
+    if (!left || !right || event->type() != QEvent::KeyPress)
+        return QMainWindow::eventFilter(watched, event);
+
+    Panel *panel = left->owns(watched) ? left : (right->owns(watched) ? right : nullptr);
+    if (!panel)
+        return QMainWindow::eventFilter(watched, event);
+
+    auto *keyEvent = static_cast<QKeyEvent *>(event);
+    const bool handled = panel->handleKey(keyEvent);
+    switch (keyEvent->key()) {
+    case Qt::Key_F3:
+        if (panel->isEditing()) {
+            m_ui->pushButtonView->setText(QStringLiteral("F3 - Find"));
+            m_findAction->setEnabled(false);
+            m_panelManager->setEditActionsEnabled(true);
+        }
+        return true;
+    case Qt::Key_F6:
+        copyFiles();
+        return true;
+    case Qt::Key_F5:
+        if (panel == left) {
+            startConversionEx();
+            return true;
+        }
+        break;
+    default:
+        break;
+    }
+    return handled || QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    Panel *left = m_panelManager->leftPanel();
+    Panel *right = m_panelManager->rightPanel();
+    if (left && right && (!left->closeEdit() || !right->closeEdit())) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}

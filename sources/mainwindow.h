@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QMap>
+#include <QProcess>
+#include <memory>
+
+class ConversionController;
+class PanelManager;
+class QApplication;
+class QMenu;
+namespace Ui {
+class MainWindow;
+}
+
+/**
+ * The application's window: two panels, the search-results and log tabs below
+ * them, the command bar, menus and tool bar.
+ */
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    MainWindow(QWidget *parent, QApplication *application, const QString &unused);
+    ~MainWindow() override;
+
+    Ui::MainWindow *form() const { return m_ui.get(); }
+    PanelManager *panelManager() const { return m_panelManager; }
+    ConversionController *conversionController() const { return m_controller; }
+
+    /** Engine switches ("/PRJF=", "/INI=", ...) and the free extra options under " ". */
+    QMap<QString, QString> &engineOptions() { return m_engineOptions; }
+    QString sourceEncoding() const { return m_sourceEncoding; }
+    QString targetEncoding() const { return m_targetEncoding; }
+    /** The engine switches as command-line pieces, each preceded by a blank. */
+    QStringList engineOptionPieces() const;
+
+    QAction *runAction() const { return m_runAction; }
+    QAction *stopAction() const { return m_stopAction; }
+    QAction *migrationAction() const { return m_migrationAction; }
+    QAction *encodingAction() const { return m_encodingAction; }
+    QAction *findAction() const { return m_findAction; }
+    QAction *copyFileAction() const { return m_copyFileAction; }
+    QAction *cancelAction() const { return m_cancelAction; }
+    QMenu *recentFoldersMenu() const { return m_recentMenu; }
+
+Q_SIGNALS:
+    /** Asks for the search-results tab. */
+    void showFindLogRequested();
+
+public Q_SLOTS:
+    void turnWaitingMode(Qt::CursorShape cursor);
+    void stopThread();
+    void pauseMode(bool isRunnig);
+    void conversionMode();
+    void startConversionEx();
+    void changeConversionIndexes(int sourceIndex, int targetIndex);
+    void ShowFilterDialog();
+    void showFindLog();
+    void ShowConversionLog();
+    void showConnectionOptions();
+    void migrationOptions();
+    void showEncodingOptions();
+    void showAbout();
+    void printStandartOutput();
+    void viewLog();
+    void makeDir();
+    void deleteObject();
+    void changeProcessState(QProcess::ProcessState processState);
+    void copyFiles();
+    void changeRoot(const QString &folder);
+    void initSubMenu(QAction *action);
+    void focusChanged(QWidget *old, QWidget *now);
+    void copyFile();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void createActions();
+    void setupConversion();
+    void setupEditorAndComparison();
+    void setupSearch();
+    void readSettings();
+    void writeSettings();
+
+    std::unique_ptr<Ui::MainWindow> m_ui;
+    PanelManager *m_panelManager = nullptr;
+    ConversionController *m_controller = nullptr;
+    QMap<QString, QString> m_engineOptions;
+    QString m_sourceEncoding;
+    QString m_targetEncoding;
+
+    QAction *m_runAction = nullptr;
+    QAction *m_stopAction = nullptr;
+    QAction *m_migrationAction = nullptr;
+    QAction *m_encodingAction = nullptr;
+    QAction *m_findAction = nullptr;
+    QAction *m_copyFileAction = nullptr;
+    QAction *m_cancelAction = nullptr;
+    QMenu *m_recentMenu = nullptr;
+};

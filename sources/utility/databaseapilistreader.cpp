@@ -1,0 +1,6 @@
+#include "databaseapilistreader.h"
+
+DatabaseAPIListReader::DatabaseAPIListReader()
+{
+    read(QStringLiteral(":/directions/DatabaseAPI.csv"));
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "reader.h"
+
+/** The display names of the database client interfaces. */
+class DatabaseAPIListReader : public Reader
+{
+public:
+    DatabaseAPIListReader();
+
+private:
+    QStringList m_unused;
+};

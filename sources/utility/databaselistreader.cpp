@@ -1,0 +1,6 @@
+#include "databaselistreader.h"
+
+DatabaseListReader::DatabaseListReader()
+{
+    read(QStringLiteral(":/directions/DBDirections.csv"));
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+
+class Folder;
+class QMenu;
+class QSettings;
+
+/** The folders the user opened lately, oldest first, at most 15. */
+class RecentFolderStorage : public QObject
+{
+    Q_OBJECT
+public:
+    static RecentFolderStorage &instance();
+
+    RecentFolderStorage();
+    ~RecentFolderStorage() override;
+
+    void addFolder(const QString &path);
+    QStringList folders() const;
+    void clear();
+
+    /** Read and write with the store positioned in the "Main Window" group. */
+    void readSettings(QSettings &settings);
+    void writeSettings(QSettings &settings) const;
+
+    void fillMenu(QMenu *menu) const;
+
+    static constexpr int MaxFolders = 15;
+
+Q_SIGNALS:
+    void changeRootFolder(const QString &folder);
+
+public Q_SLOTS:
+    void changeRootFolderEx(const QString &folder);
+
+private:
+    QList<Folder *> m_folders;
+};

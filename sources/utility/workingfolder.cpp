@@ -1,0 +1,57 @@
+#include "workingfolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QSysInfo>
+
+namespace WorkingFolder {
+
+QString forWindows(const QString &homePath, int windowsVersion)
+{
+    QString folder = homePath;
+    folder += windowsVersion == QSysInfo::WV_WINDOWS8 ? QStringLiteral("/Documents")
+                                                      : QStringLiteral("/My Documents");
+    folder += QStringLiteral("/Quillon/Morvane 6.0/");
+    return QDir::toNativeSeparators(folder);
+}
+
+QString forDocuments(const QString &documentsPath)
+{
+    return QDir::toNativeSeparators(documentsPath + QStringLiteral("/Quillon/Morvane 6.0/"));
+}
+
+QString path()
+{
+#ifdef Q_OS_WIN
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return forWindows(QDir::homePath(), QSysInfo::windowsVersion());
+    QT_WARNING_POP
+#else
+    return forDocuments(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+#endif
+}
+
+QString iniPath()
+{
+    return path() + QStringLiteral("morvane.ini");
+}
+
+bool iniExists()
+{
+    return QFile::exists(iniPath());
+}
+
+QString seedIniPath()
+{
+    return QDir::currentPath() + QStringLiteral("/morvane.ini");
+}
+
+void ensureIni()
+{
+    if (!QFile::exists(iniPath()))
+        QFile::copy(seedIniPath(), iniPath());
+}
+
+} // namespace WorkingFolder
