@@ -3,6 +3,8 @@
 #include "conversion.h"
 #include "navarch.h"
 
+#include <QWidget>
+
 ConversionController::ConversionController(QWidget *window)
     : QObject(window)
     , m_window(window)

@@ -1,6 +1,5 @@
 #include "panel.h"
 
-#include "edit.h"
 
 #include <QBoxLayout>
 #include <QKeyEvent>

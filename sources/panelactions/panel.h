@@ -5,7 +5,8 @@
 #include <QString>
 #include <QStringList>
 
-class Edit;
+#include "edit.h"
+
 class FileComparator;
 class FileSystemView;
 class QBoxLayout;

@@ -1,0 +1,19 @@
+# Additional clean files
+cmake_minimum_required(VERSION 3.16)
+
+if("${CONFIG}" STREQUAL "" OR "${CONFIG}" STREQUAL "RelWithDebInfo")
+  file(REMOVE_RECURSE
+  "resources/CMakeFiles/navarch_resources_autogen.dir/AutogenUsed.txt"
+  "resources/CMakeFiles/navarch_resources_autogen.dir/ParseCache.txt"
+  "resources/CMakeFiles/svgtopng_autogen.dir/AutogenUsed.txt"
+  "resources/CMakeFiles/svgtopng_autogen.dir/ParseCache.txt"
+  "resources/navarch_resources_autogen"
+  "resources/svgtopng_autogen"
+  "sources/CMakeFiles/morvane-navarch_autogen.dir/AutogenUsed.txt"
+  "sources/CMakeFiles/morvane-navarch_autogen.dir/ParseCache.txt"
+  "sources/CMakeFiles/navarch_autogen.dir/AutogenUsed.txt"
+  "sources/CMakeFiles/navarch_autogen.dir/ParseCache.txt"
+  "sources/morvane-navarch_autogen"
+  "sources/navarch_autogen"
+  )
+endif()

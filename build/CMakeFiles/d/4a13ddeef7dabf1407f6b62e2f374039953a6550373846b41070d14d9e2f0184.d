@@ -1,0 +1,2 @@
+resources/navarch_resources_autogen/timestamp: \
+  /usr/bin/cmake

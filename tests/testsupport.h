@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtTest>
+
+/** A fresh folder for one test, with helpers to fill it. */
+class TestDir : public QTemporaryDir
+{
+public:
+    QString filePath(const QString &name) const { return QTemporaryDir::filePath(name); }
+
+    QString createFile(const QString &name, const QByteArray &bytes = QByteArray()) const
+    {
+        const QString full = filePath(name);
+        QDir().mkpath(QFileInfo(full).absolutePath());
+        QFile file(full);
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("cannot create %s", qPrintable(full));
+        file.write(bytes);
+        return full;
+    }
+
+    QString createDir(const QString &name) const
+    {
+        const QString full = filePath(name);
+        QDir().mkpath(full);
+        return full;
+    }
+};
+
+/** Keeps every test away from the user's real settings and folders. */
+inline void useTestSettings()
+{
+    QStandardPaths::setTestModeEnabled(true);
+}
