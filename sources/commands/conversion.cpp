@@ -16,6 +16,7 @@ Conversion::Conversion(QObject *parent)
     m_directionList.sort(Qt::CaseSensitive);
     m_program = QStringLiteral("morvane");
     m_parameters.insert(QStringLiteral("/D="), QStringLiteral("FIXED"));
+    m_outputDir = QStringLiteral("c:/");
     qDebug() << "Conversion::Conversion" << QThread::currentThread();
 }
 
@@ -40,4 +41,44 @@ void Conversion::parseDirectionInfo(QByteArray &path)
         if (fields.size() >= 3)
             m_directionList << fields.at(1);
     }
+}
+
+void Conversion::setSourceConversion(QString sourceConversion)
+{
+    m_parameters.insert(QStringLiteral("/SOURCE="), sourceConversion);
+}
+
+void Conversion::setTargetConversion(QString targetConversion)
+{
+    m_parameters.insert(QStringLiteral("/TARGET="), targetConversion);
+}
+
+static void setOrRemove(QMap<QString, QString> &map, const QString &key, const QString &value)
+{
+    if (value.isEmpty())
+        map.remove(key);
+    else
+        map.insert(key, value);
+}
+
+void Conversion::setSourceConversionOption(QString database, QString api)
+{
+    setOrRemove(m_parameters, QStringLiteral("/Source_DB="), database);
+    setOrRemove(m_parameters, QStringLiteral("/Source_API="), api);
+}
+
+void Conversion::setTargetConversionOption(QString database, QString api)
+{
+    setOrRemove(m_parameters, QStringLiteral("/Target_DB="), database);
+    setOrRemove(m_parameters, QStringLiteral("/Target_API="), api);
+}
+
+void Conversion::setFile(QStringList absolutePathFile)
+{
+    m_fileList = absolutePathFile.join(QStringLiteral("| "));
+}
+
+void Conversion::setOutputDir(QString outputDir)
+{
+    m_outputDir = outputDir;
 }

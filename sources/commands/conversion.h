@@ -28,9 +28,19 @@ Q_SIGNALS:
     void standardOutputChanged();
     void errorsChanged();
 
+public Q_SLOTS:
+    void setSourceConversion(QString sourceConversion);
+    void setTargetConversion(QString targetConversion);
+    void setSourceConversionOption(QString database, QString api);
+    void setTargetConversionOption(QString database, QString api);
+    void setFile(QStringList absolutePathFile);
+    void setOutputDir(QString outputDir);
+
 private:
     QMap<QString, QString> m_nameMap;
     QMap<QString, QString> m_parameters;
     QStringList m_directionList;
     QString m_program;
+    QString m_fileList;
+    QString m_outputDir;
 };
