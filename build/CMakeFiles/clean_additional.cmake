@@ -15,5 +15,11 @@ if("${CONFIG}" STREQUAL "" OR "${CONFIG}" STREQUAL "RelWithDebInfo")
   "sources/CMakeFiles/navarch_autogen.dir/ParseCache.txt"
   "sources/morvane-navarch_autogen"
   "sources/navarch_autogen"
+  "tests/CMakeFiles/tst_directiontables_autogen.dir/AutogenUsed.txt"
+  "tests/CMakeFiles/tst_directiontables_autogen.dir/ParseCache.txt"
+  "tests/CMakeFiles/tst_navarch_autogen.dir/AutogenUsed.txt"
+  "tests/CMakeFiles/tst_navarch_autogen.dir/ParseCache.txt"
+  "tests/tst_directiontables_autogen"
+  "tests/tst_navarch_autogen"
   )
 endif()

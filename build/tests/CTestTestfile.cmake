@@ -4,3 +4,7 @@
 # 
 # This file includes the relevant testing commands required for 
 # testing this directory and lists subdirectories to be tested as well.
+add_test([=[tst_directiontables]=] "/work/main/build/tests/tst_directiontables")
+set_tests_properties([=[tst_directiontables]=] PROPERTIES  ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=/work/main/build/tests/home/tst_directiontables;XDG_CONFIG_HOME=/work/main/build/tests/home/tst_directiontables/config;XDG_DATA_HOME=/work/main/build/tests/home/tst_directiontables/data;XDG_CACHE_HOME=/work/main/build/tests/home/tst_directiontables/cache;XDG_RUNTIME_DIR=/work/main/build/tests/home/tst_directiontables/runtime" _BACKTRACE_TRIPLES "/work/main/tests/CMakeLists.txt;15;add_test;/work/main/tests/CMakeLists.txt;0;")
+add_test([=[tst_navarch]=] "/work/main/build/tests/tst_navarch")
+set_tests_properties([=[tst_navarch]=] PROPERTIES  ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=/work/main/build/tests/home/tst_navarch;XDG_CONFIG_HOME=/work/main/build/tests/home/tst_navarch/config;XDG_DATA_HOME=/work/main/build/tests/home/tst_navarch/data;XDG_CACHE_HOME=/work/main/build/tests/home/tst_navarch/cache;XDG_RUNTIME_DIR=/work/main/build/tests/home/tst_navarch/runtime" _BACKTRACE_TRIPLES "/work/main/tests/CMakeLists.txt;15;add_test;/work/main/tests/CMakeLists.txt;0;")
