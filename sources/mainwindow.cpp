@@ -178,8 +178,7 @@ void MainWindow::readSettings()
     const QStringList commands = settings.value(QStringLiteral("Commands"))
                                      .toString()
                                      .split(QLatin1Char(';'), Qt::SkipEmptyParts);
-    for (const QString &command : commands)
-        m_ui->comboBoxEditCommand->insertItem(0, command);
+    m_ui->comboBoxEditCommand->insertItems(0, commands);
     m_ui->comboBoxEditCommand->insertItem(0, QString());
     m_ui->comboBoxEditCommand->setCurrentIndex(0);
 

@@ -38,7 +38,9 @@ endif()
 file(GLOB NEW_GLOB LIST_DIRECTORIES true "/work/main/tests/tst_*.cpp")
 set(OLD_GLOB
   "/work/main/tests/tst_directiontables.cpp"
+  "/work/main/tests/tst_mainwindow.cpp"
   "/work/main/tests/tst_navarch.cpp"
+  "/work/main/tests/tst_settings.cpp"
   )
 if(NOT "${NEW_GLOB}" STREQUAL "${OLD_GLOB}")
   message("-- GLOB mismatch!")

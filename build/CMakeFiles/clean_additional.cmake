@@ -17,9 +17,15 @@ if("${CONFIG}" STREQUAL "" OR "${CONFIG}" STREQUAL "RelWithDebInfo")
   "sources/navarch_autogen"
   "tests/CMakeFiles/tst_directiontables_autogen.dir/AutogenUsed.txt"
   "tests/CMakeFiles/tst_directiontables_autogen.dir/ParseCache.txt"
+  "tests/CMakeFiles/tst_mainwindow_autogen.dir/AutogenUsed.txt"
+  "tests/CMakeFiles/tst_mainwindow_autogen.dir/ParseCache.txt"
   "tests/CMakeFiles/tst_navarch_autogen.dir/AutogenUsed.txt"
   "tests/CMakeFiles/tst_navarch_autogen.dir/ParseCache.txt"
+  "tests/CMakeFiles/tst_settings_autogen.dir/AutogenUsed.txt"
+  "tests/CMakeFiles/tst_settings_autogen.dir/ParseCache.txt"
   "tests/tst_directiontables_autogen"
+  "tests/tst_mainwindow_autogen"
   "tests/tst_navarch_autogen"
+  "tests/tst_settings_autogen"
   )
 endif()
