@@ -2,6 +2,8 @@
 
 #include "conversion.h"
 #include "conversioncontroller.h"
+#include "filesystemview.h"
+#include "filterdialog.h"
 #include "panel.h"
 #include "panelmanager.h"
 #include "recentfolderstorage.h"
@@ -311,6 +313,10 @@ void MainWindow::changeConversionIndexes(int sourceIndex, int targetIndex)
 
 void MainWindow::ShowFilterDialog()
 {
+    FileSystemView *view = m_panelManager->currentPanel()->fileSystemView();
+    FilterDialog dialog(this);
+    if (dialog.exec() == QDialog::Accepted)
+        view->setMask(dialog.mask());
 }
 
 void MainWindow::showFindLog()
