@@ -174,8 +174,10 @@ void Edit::execute()
     layout->addWidget(m_searchBar);
     layout->addWidget(m_results);
 
-    if (m_hostLayout)
+    if (m_hostLayout) {
         m_hostLayout->addWidget(m_container, 0, Qt::Alignment());
+        m_container->show();
+    }
 
     if (!load()) {
         m_editor->setReadOnly(true);
@@ -817,8 +819,9 @@ bool Edit::save()
             return false;
         }
     }
-    const QFile::Permissions anyWrite = QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup
-                                        | QFile::WriteOther;
+    // The mode bits, not access(): an administrator may write anywhere, but a file
+    // made read-only is still meant to stay as it is.
+    const QFile::Permissions anyWrite = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
     if (info.exists() && !(info.permissions() & anyWrite)) {
         fail(tr("Cannot save the file %1: it is read-only.").arg(shown));
         return false;
