@@ -105,6 +105,8 @@ private:
     QWidget *m_container = nullptr;
     FileSystemView *m_view = nullptr;
     QPointer<Edit> m_edit;
+    QList<QPointer<QWidget>> m_hiddenForEdit; // shown again when the editor closes
+    QString m_labelTextBeforeEdit;
     QLabel *m_pathLabel = nullptr;
     QString m_conversion;
     QObject *m_keyFilter = nullptr;
