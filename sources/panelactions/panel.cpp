@@ -81,8 +81,17 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
     if (QFileInfo(path).isRelative() && !currentPath().isEmpty())
         path = QDir(currentPath()).filePath(path);
     qDebug() << "absolute file path" << path;
-    if (m_edit && !closeEdit())
-        return;
+    // A new file replaces the open one in place: the panel stays in the editing state.
+    const bool replacing = m_edit != nullptr;
+    if (m_edit) {
+        if (!m_edit->closeEditor())
+            return;
+        Settings settings;
+        Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+        Edit *old = m_edit;
+        m_edit = nullptr;
+        old->deleteLater();
+    }
 
     auto *layout = qobject_cast<QBoxLayout *>(m_container->layout());
     if (!layout) {
@@ -110,7 +119,6 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
         Settings::readMainWindowValue(settings, QStringLiteral("FontSize"), 12).toInt());
 
     // The editor takes the browser's place; whatever else the panel shows comes back on close.
-    m_hiddenForEdit.clear();
     for (int i = 0; i < layout->count(); ++i) {
         QWidget *w = layout->itemAt(i)->widget();
         if (w && w != edit->widget() && !w->isHidden()) {
@@ -119,7 +127,8 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
         }
     }
     if (m_pathLabel) {
-        m_labelTextBeforeEdit = m_pathLabel->text();
+        if (!replacing)
+            m_labelTextBeforeEdit = m_pathLabel->text();
         m_pathLabel->setText(tr("file name: %1").arg(QDir::toNativeSeparators(path)));
     }
     connect(edit, &Edit::hide, this, &Panel::closeEdit);
@@ -148,6 +157,7 @@ bool Panel::closeEdit()
     m_hiddenForEdit.clear();
     if (m_pathLabel)
         m_pathLabel->setText(m_labelTextBeforeEdit);
+    m_labelTextBeforeEdit.clear();
     Q_EMIT closeEditSignal();
     return true;
 }
