@@ -83,7 +83,6 @@ class TestFileComparator : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
     void lines_data();
     void lines();
     void signatureMatchesWordBoundarySplit_data();
@@ -94,10 +93,6 @@ private Q_SLOTS:
     void bitRowsMatchPlainTable();
     void tooLargeIsRefused();
 };
-
-void TestFileComparator::initTestCase()
-{
-}
 
 void TestFileComparator::lines_data()
 {

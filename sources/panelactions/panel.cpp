@@ -112,6 +112,18 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
     if (!edit->errorString().isEmpty()) {
         const QString message = edit->errorString();
         delete edit;
+        if (replacing) {
+            // The old file is already closed: go back to the browser.
+            for (const QPointer<QWidget> &w : qAsConst(m_hiddenForEdit)) {
+                if (w)
+                    w->show();
+            }
+            m_hiddenForEdit.clear();
+            if (m_pathLabel)
+                m_pathLabel->setText(m_labelTextBeforeEdit);
+            m_labelTextBeforeEdit.clear();
+            Q_EMIT closeEditSignal();
+        }
         QMessageBox::warning(m_container, QStringLiteral("Morvane Navarch"), message);
         return;
     }
