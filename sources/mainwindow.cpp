@@ -2,8 +2,11 @@
 
 #include "conversion.h"
 #include "conversioncontroller.h"
+#include "edit.h"
+#include "filediff.h"
 #include "filesystemview.h"
 #include "filterdialog.h"
+#include "fontactions.h"
 #include "panel.h"
 #include "panelmanager.h"
 #include "recentfolderstorage.h"
@@ -156,6 +159,23 @@ void MainWindow::setupConversion()
 
 void MainWindow::setupEditorAndComparison()
 {
+    Panel *left = m_panelManager->leftPanel();
+    Panel *right = m_panelManager->rightPanel();
+    m_fileDiff = new FileDiff(m_ui->actionShow_Dif_Files, this, left, right);
+    m_fontActions = new FontActions(this);
+    m_fontActions->connectActions(left, right, m_ui->toolBar);
+}
+
+bool MainWindow::confirmDocumentsSaved()
+{
+    for (Panel *panel : {m_panelManager->leftPanel(), m_panelManager->rightPanel()}) {
+        Edit *edit = panel ? panel->editor() : nullptr;
+        if (edit && !edit->savePrompt(tr("The document %1 has been modified.<br/>Save changes "
+                                         "to the file before conversion?")
+                                          .arg(edit->name())))
+            return false;
+    }
+    return true;
 }
 
 void MainWindow::setupSearch()
@@ -298,6 +318,8 @@ void MainWindow::changeProcessState(QProcess::ProcessState processState)
 
 void MainWindow::startConversionEx()
 {
+    if (!confirmDocumentsSaved())
+        return;
     Panel *left = m_panelManager->leftPanel();
     m_controller->runOrPause(engineOptionPieces(), m_sourceEncoding, m_targetEncoding,
                              left->selectedPaths(), m_panelManager->rightPanel()->currentPath());

@@ -6,6 +6,8 @@
 #include <memory>
 
 class ConversionController;
+class FileDiff;
+class FontActions;
 class PanelManager;
 class QApplication;
 class QMenu;
@@ -27,6 +29,8 @@ public:
     Ui::MainWindow *form() const { return m_ui.get(); }
     PanelManager *panelManager() const { return m_panelManager; }
     ConversionController *conversionController() const { return m_controller; }
+    FileDiff *fileDiff() const { return m_fileDiff; }
+    FontActions *fontActions() const { return m_fontActions; }
 
     /** Engine switches ("/PRJF=", "/INI=", ...) and the free extra options under " ". */
     QMap<QString, QString> &engineOptions() { return m_engineOptions; }
@@ -81,6 +85,8 @@ private:
     void createActions();
     void setupConversion();
     void setupEditorAndComparison();
+    /** Offers to save each panel's modified document; false when the user cancels. */
+    bool confirmDocumentsSaved();
     void setupSearch();
     void readSettings();
     void writeSettings();
@@ -88,6 +94,8 @@ private:
     std::unique_ptr<Ui::MainWindow> m_ui;
     PanelManager *m_panelManager = nullptr;
     ConversionController *m_controller = nullptr;
+    FileDiff *m_fileDiff = nullptr;
+    FontActions *m_fontActions = nullptr;
     QMap<QString, QString> m_engineOptions;
     QString m_sourceEncoding;
     QString m_targetEncoding;

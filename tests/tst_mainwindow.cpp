@@ -27,7 +27,7 @@ private Q_SLOTS:
         QVERIFY(!window.cancelAction()->isVisible());
 
         const QList<QAction *> tools = window.form()->toolBar->actions();
-        QCOMPARE(tools.size(), 4);
+        QVERIFY(tools.size() >= 4); // the font actions follow
         QVERIFY(tools.at(0)->isSeparator());
         QCOMPARE(tools.at(1), window.runAction());
         QCOMPARE(tools.at(2), window.stopAction());

@@ -2,17 +2,164 @@
 
 #include "command.h"
 
+#include <QByteArray>
+#include <QPointer>
 #include <QProcess>
+#include <QStringList>
 
-/** The code editor hosted in a panel. */
+class QAction;
+class QBoxLayout;
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QScrollBar;
+class QTextBrowser;
+class QTextCodec;
+class QWidget;
+class QsciLexer;
+class QsciScintilla;
+
+/**
+ * The code editor hosted in a panel. execute() builds a fresh editor in the host
+ * layout and loads the file set with setFile(); the operations below tolerate the
+ * absence of an editor (they do nothing or give 0, false or an empty string).
+ */
 class Edit : public QProcess, public Command
 {
     Q_OBJECT
 public:
     Edit(int id, QObject *parent);
+    ~Edit() override;
+
     void execute() override;
 
+    void setHostLayout(QBoxLayout *layout) { m_hostLayout = layout; }
+    /** A read-only editor views the file (F3); takes effect at once and on the next load. */
+    void setReadOnly(bool readOnly);
+    bool isReadOnly() const;
+    QString filePath() const { return m_filePath; }
+    /** What went wrong with the last load or save; empty when nothing did. */
+    QString errorString() const { return m_error; }
+    /** The loaded file holds bytes the codec cannot read, or NUL bytes: it is shown read-only. */
+    bool hasDecodingErrors() const { return m_decodingErrors; }
+    bool isBinary() const { return m_binary; }
+
+    int lineCount() const;
+    /** The text of line @p line without its line end; empty past the last line. */
+    QString lineText(int line) const;
+    QString text() const;
+    /** Replaces the whole text; the result counts as the unmodified document. */
+    void setText(const QString &text);
+    void markLine(int line);
+    bool isLineMarked(int line) const;
+    void goToLine(int line);
+    int currentLine() const;
+    int fontSize() const { return m_fontSize; }
+    void setFontSize(int size);
+    void zoomIn();
+    void zoomOut();
+    /** The codec for the next load, and for saving the current text. */
+    void setCodec(const QByteArray &name);
+    QByteArray codecName() const;
+    bool isModified() const;
+    /** Undoes every change since the last load or save. */
+    void revert();
+    /** The file name, as the prompts show it. */
+    QString name() const;
+    QAction *findAction() const { return m_findAction; }
+    QAction *findNextAction() const { return m_findNextAction; }
+    QScrollBar *verticalScrollBar() const;
+    bool hasFocus() const;
+    void setSearchMode(bool on);
+    /** The language used to highlight the file ("SQL", "Java", ...; empty for plain text). */
+    QString language() const { return m_language; }
+
+    /** Asks about unsaved changes with Save, Discard and Cancel; false for Cancel. */
+    bool savePrompt(const QString &text);
+    /** Asks with Discard and Cancel; true after discarding. */
+    bool discardPrompt(const QString &text);
+    /** Closes the editor after the save prompt; false when the user keeps it open. */
+    bool closeEditor();
+    /** Writes the text back in the file's codec, byte-order mark and line ends. */
+    bool save();
+
+    QsciScintilla *editorWidget() const;
+    /** The editor with its notice line and its search bar. */
+    QWidget *widget() const;
+
+    /** Makes the two editors scroll together, or no longer. */
+    void linkScrollBar(Edit *other);
+    void unlinkScrollBar(Edit *other);
+
+    /** The search bar's hits as links "<a href=#n>n : text</a>", after search(). */
+    QStringList searchLinks() const { return m_searchLinks; }
+    void setSearchText(const QString &text);
+
+    /** Chooses the highlighting for a file from its extension, then the conversion. */
+    static QString languageName(const QString &fileName, const QString &conversion);
+    /** Largest file the editor opens. */
+    static qint64 maximumFileSize();
+    /** From this size on a file is shown without highlighting or folding. */
+    static qint64 plainTextSize();
+
 Q_SIGNALS:
+    /** The user asked to close the editor (Escape). */
     void hide();
     void startConversion();
+    void searchResults(const QStringList &links);
+
+public Q_SLOTS:
+    void setFile(const QString &absoluteFilePath);
+    /** Finds every hit of the search bar's text and lists them as links. */
+    void search();
+    /** Picks the highlighting for the conversion direction now in use. */
+    void changeConversion(const QString &conversion);
+    void showSearchBar();
+    bool findNext();
+    bool findPrevious();
+    void replaceCurrent();
+    int replaceAll();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    bool load();
+    void buildSearchBar();
+    void applyLanguage();
+    void applyFont();
+    void updateLineNumberMargin();
+    void markChangedLines(int position, int modificationType, int linesAdded);
+    void fail(const QString &message);
+    QTextCodec *codec() const;
+
+    QPointer<QWidget> m_container;
+    QPointer<QsciScintilla> m_editor;
+    QsciLexer *m_lexer = nullptr;
+    QBoxLayout *m_hostLayout = nullptr;
+    QLabel *m_notice = nullptr;
+    QWidget *m_searchBar = nullptr;
+    QLineEdit *m_findEdit = nullptr;
+    QLineEdit *m_replaceEdit = nullptr;
+    QCheckBox *m_matchCase = nullptr;
+    QPushButton *m_replaceButton = nullptr;
+    QPushButton *m_replaceAllButton = nullptr;
+    QTextBrowser *m_results = nullptr;
+    QAction *m_findAction = nullptr;
+    QAction *m_findNextAction = nullptr;
+
+    QString m_filePath;
+    QByteArray m_codecName = "System";
+    QByteArray m_fileCodec;    // the codec the file was read with (its BOM's, if any)
+    QByteArray m_byteOrderMark;
+    QString m_conversion;
+    QString m_language;
+    QString m_error;
+    QStringList m_searchLinks;
+    int m_fontSize = 12;
+    bool m_readOnly = false;
+    bool m_decodingErrors = false;
+    bool m_binary = false;
+    bool m_existedAtLoad = false;
 };

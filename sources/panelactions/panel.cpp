@@ -1,4 +1,11 @@
 #include "panel.h"
+#include "filecomparator.h"
+#include "settings.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
 
 #include "filesystemview.h"
 #include "recentfolderstorage.h"
@@ -287,9 +294,126 @@ void Panel::changeWaitIcon(bool ready)
 }
 
 // Editing state
-bool Panel::closeEdit() { return true; }
-void Panel::editSelectedFile(bool) {}
-void Panel::openEditFile(const QString &, bool) {}
-void Panel::increaseFont() {}
-void Panel::decreaseFont() {}
-void Panel::addLinesTo(FileComparator &, bool) const {}
+
+void Panel::editSelectedFile(bool isEdit)
+{
+    const QStringList files = selectedFiles();
+    if (!files.isEmpty())
+        openEditFile(files.first(), isEdit);
+}
+
+void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
+{
+    // Synchronous viewing passes the other panel's file name: take it from this folder.
+    QString path = absoluteFilePath;
+    if (QFileInfo(path).isRelative() && !currentPath().isEmpty())
+        path = QDir(currentPath()).filePath(path);
+    qDebug() << "absolute file path" << path;
+    // A new file replaces the open one in place: the panel stays in the editing state.
+    const bool replacing = m_edit != nullptr;
+    if (m_edit) {
+        if (!m_edit->closeEditor())
+            return;
+        Settings settings;
+        Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+        Edit *old = m_edit;
+        m_edit = nullptr;
+        old->deleteLater();
+    }
+
+    QBoxLayout *layout = m_contentLayout;
+    Settings settings;
+    const QString encoding =
+        settings.value(m_isLeft ? QStringLiteral("/SRCENC=") : QStringLiteral("/TRGENC="))
+            .toString();
+    auto *edit = new Edit(EDIT, this);
+    edit->setHostLayout(layout);
+    edit->setCodec(encoding.isEmpty() ? QByteArray("System") : encoding.toLatin1());
+    edit->setReadOnly(!isEdit);
+    edit->setFile(path);
+    edit->changeConversion(m_conversion);
+    edit->execute();
+    if (!edit->errorString().isEmpty()) {
+        const QString message = edit->errorString();
+        delete edit;
+        if (replacing) {
+            // The old file is already closed: go back to the browser.
+            for (const QPointer<QWidget> &w : qAsConst(m_hiddenForEdit)) {
+                if (w)
+                    w->show();
+            }
+            m_hiddenForEdit.clear();
+            m_fileNameLabel->clear();
+            Q_EMIT closeEditSignal();
+        }
+        QMessageBox::warning(m_container, QStringLiteral("Morvane Navarch"), message);
+        return;
+    }
+    edit->setFontSize(
+        Settings::readMainWindowValue(settings, QStringLiteral("FontSize"), 12).toInt());
+
+    // The editor takes the browser's place; whatever else the panel shows comes back on close.
+    for (int i = 0; i < layout->count(); ++i) {
+        QWidget *w = layout->itemAt(i)->widget();
+        if (w && w != edit->widget() && !w->isHidden()) {
+            m_hiddenForEdit << w;
+            w->hide();
+        }
+    }
+    m_fileNameLabel->setText(QDir::toNativeSeparators(path));
+    connect(edit, &Edit::hide, this, &Panel::closeEdit);
+    connect(edit, &Edit::startConversion, this, &Panel::startConversionSlot);
+    m_edit = edit;
+    Q_EMIT startEdit(QFileInfo(path).fileName());
+}
+
+bool Panel::closeEdit()
+{
+    if (!m_edit)
+        return true;
+    if (!m_edit->closeEditor())
+        return false;
+    Settings settings;
+    Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+    Edit *edit = m_edit;
+    m_edit = nullptr;
+    if (QWidget *w = edit->widget())
+        w->hide();
+    edit->deleteLater();
+    for (const QPointer<QWidget> &w : qAsConst(m_hiddenForEdit)) {
+        if (w)
+            w->show();
+    }
+    m_hiddenForEdit.clear();
+    m_fileNameLabel->clear();
+    Q_EMIT closeEditSignal();
+    return true;
+}
+
+void Panel::increaseFont()
+{
+    if (!m_edit)
+        return;
+    m_edit->zoomIn();
+    Settings settings;
+    Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+}
+
+void Panel::decreaseFont()
+{
+    if (!m_edit)
+        return;
+    m_edit->zoomOut();
+    Settings settings;
+    Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+}
+
+void Panel::addLinesTo(FileComparator &comparator, bool isLeft) const
+{
+    if (!m_edit)
+        return;
+    // One index past the last line is fed too, as an empty line.
+    const int count = m_edit->lineCount();
+    for (int line = 0; line <= count; ++line)
+        comparator.addLine(m_edit->lineText(line), line, isLeft ? LeftPart : RightPart);
+}

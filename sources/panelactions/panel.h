@@ -124,6 +124,7 @@ private:
     QToolButton *m_closeButton = nullptr;
     FileSystemView *m_view = nullptr;
     QPointer<Edit> m_edit;
+    QList<QPointer<QWidget>> m_hiddenForEdit; // shown again when the editor closes
     QLabel *m_pathLabel = nullptr;
     QString m_conversion;
     QObject *m_keyFilter = nullptr;

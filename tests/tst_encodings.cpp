@@ -1,0 +1,204 @@
+#include "encodings.h"
+#include "testsupport.h"
+
+#include <QTextCodec>
+
+class TestEncodings : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { useTestSettings(); }
+
+    void identify_data();
+    void identify();
+    void identifyMissingAndEmptyPath();
+    void utf8Test_data();
+    void utf8Test();
+    void conversionNeeded_data();
+    void conversionNeeded();
+    void codePageOfCodeset_data();
+    void codePageOfCodeset();
+    void encodedCopyRoundTrip_data();
+    void encodedCopyRoundTrip();
+    void encodedCopyFailures();
+};
+
+void TestEncodings::identify_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("UTF-8 BOM") << QByteArray("\xEF\xBB\xBFselect 1;") << "UTF-8";
+    QTest::newRow("UTF-32BE BOM") << QByteArray("\x00\x00\xFE\xFF\x00\x00\x00\x41", 8)
+                                  << "UTF-32BE";
+    QTest::newRow("UTF-32LE BOM") << QByteArray("\xFF\xFE\x00\x00\x41\x00\x00\x00", 8)
+                                  << "UTF-32LE";
+    QTest::newRow("UTF-16BE BOM") << QByteArray("\xFE\xFF\x00\x41", 4) << "UTF-16BE";
+    QTest::newRow("FF FE 41 00 falls to the count") << QByteArray("\xFF\xFE\x41\x00", 4)
+                                                    << "UTF-32LE";
+    QTest::newRow("UTF-16BE without BOM") << QByteArray("\0s\0e\0l", 6) << "UTF-16BE";
+    QTest::newRow("ASCII") << QByteArray("select * from t;\n") << "System";
+    QTest::newRow("one e-acute") << QByteArray("caf\xC3\xA9 ok\n") << "UTF-8";
+    QTest::newRow("cut sequence at end") << QByteArray("abc\xE2\x82") << "UTF-8";
+    QTest::newRow("Latin-1 e-acute") << QByteArray("caf\xE9 ok\n") << "System";
+    QTest::newRow("one-byte file") << QByteArray("a") << "System";
+    QTest::newRow("empty file") << QByteArray() << "UTF-8";
+    QTest::newRow("binary with NULs balanced") << QByteArray("\x00\x00\x01\x02", 4)
+                                               << "System";
+}
+
+void TestEncodings::identify()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, expected);
+    TestDir dir;
+    QCOMPARE(identifyEncoding(dir.createFile(QStringLiteral("f ü -x.sql"), bytes)), expected);
+}
+
+void TestEncodings::identifyMissingAndEmptyPath()
+{
+    QVERIFY(identifyEncoding(QString()).isNull());
+    TestDir dir;
+    const QString missing = identifyEncoding(dir.filePath(QStringLiteral("missing.sql")));
+    QVERIFY(missing.isEmpty());
+    QVERIFY(!missing.isNull());
+    QVERIFY(identifyEncoding(dir.path()).isEmpty()); // a folder: nothing to read
+}
+
+void TestEncodings::utf8Test_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("passes");
+    QTest::newRow("empty") << QByteArray() << true;
+    QTest::newRow("pure ASCII") << QByteArray("abc") << false;
+    QTest::newRow("leading continuation") << QByteArray("\x80" "abc") << false;
+    QTest::newRow("two-byte") << QByteArray("a\xC3\xA9") << true;
+    QTest::newRow("three-byte") << QByteArray("a\xE2\x82\xAC!") << true;
+    QTest::newRow("four-byte") << QByteArray("a\xF0\x9F\x98\x80!") << true;
+    QTest::newRow("run of four") << QByteArray("a\xF0\x9F\x98\x80\x80!") << false;
+    QTest::newRow("wrong lead") << QByteArray("a\xE2\x82!") << false;
+    QTest::newRow("wrong lead at end tolerated") << QByteArray("a\xE2\x82") << true;
+    QTest::newRow("ASCII lead at end tolerated") << QByteArray("ab\x80") << true;
+}
+
+void TestEncodings::utf8Test()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, passes);
+    QCOMPARE(looksLikeUtf8(bytes.constData(), bytes.size()), passes);
+}
+
+void TestEncodings::conversionNeeded_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<int>("codePage");
+    QTest::addColumn<bool>("needed");
+    const QString f = QStringLiteral("/a/b.sql");
+    QTest::newRow("System against System") << f << "System" << "System" << 0 << false;
+    QTest::newRow("System against Shift_JIS on 932") << f << "System" << "Shift_JIS" << 932
+                                                     << false;
+    QTest::newRow("System against Shift_JIS elsewhere") << f << "System" << "Shift_JIS"
+                                                        << 65001 << true;
+    QTest::newRow("windows-1251 against System on 1251") << f << "windows-1251" << "System"
+                                                         << 1251 << false;
+    QTest::newRow("same names") << f << "UTF-8" << "UTF-8" << 0 << false;
+    QTest::newRow("names compared case-sensitively") << f << "utf-8" << "UTF-8" << 0 << true;
+    QTest::newRow("empty path") << QString() << "UTF-8" << "UTF-16LE" << 0 << false;
+}
+
+void TestEncodings::conversionNeeded()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, source);
+    QFETCH(QString, target);
+    QFETCH(int, codePage);
+    QFETCH(bool, needed);
+    QCOMPARE(isEncodingConversionNeeded(path, source, target, codePage), needed);
+}
+
+void TestEncodings::codePageOfCodeset_data()
+{
+    QTest::addColumn<QByteArray>("codeset");
+    QTest::addColumn<int>("codePage");
+    QTest::newRow("UTF-8") << QByteArray("UTF-8") << 65001;
+    QTest::newRow("utf8") << QByteArray("utf8") << 65001;
+    QTest::newRow("Shift_JIS") << QByteArray("Shift_JIS") << 932;
+    QTest::newRow("SJIS") << QByteArray("SJIS") << 932;
+    QTest::newRow("CP932") << QByteArray("CP932") << 932;
+    QTest::newRow("CP1251") << QByteArray("CP1251") << 1251;
+    QTest::newRow("windows-1251") << QByteArray("windows-1251") << 1251;
+    QTest::newRow("ISO-8859-1") << QByteArray("ISO-8859-1") << 0;
+    QTest::newRow("ANSI_X3.4-1968") << QByteArray("ANSI_X3.4-1968") << 0;
+}
+
+void TestEncodings::codePageOfCodeset()
+{
+    QFETCH(QByteArray, codeset);
+    QFETCH(int, codePage);
+    QCOMPARE(codePageForCodeset(codeset), codePage);
+}
+
+void TestEncodings::encodedCopyRoundTrip_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    QTest::addColumn<QString>("text");
+    const QString latin = QString::fromUtf8("select 'café' from dual;\r\n-- ünïcode\n");
+    const QString cyrillic = QString::fromUtf8("select 'Привет' from t;\n");
+    const QString japanese = QString::fromUtf8("select '日本語' from t;\n");
+    QTest::newRow("UTF-8 via UTF-16LE") << "UTF-8" << "UTF-16LE" << latin;
+    QTest::newRow("UTF-8 via UTF-16BE") << "UTF-8" << "UTF-16BE" << latin;
+    QTest::newRow("UTF-8 via UTF-32LE") << "UTF-8" << "UTF-32LE" << latin;
+    QTest::newRow("UTF-8 via UTF-32BE") << "UTF-8" << "UTF-32BE" << cyrillic;
+    QTest::newRow("UTF-8 via windows-1251") << "UTF-8" << "windows-1251" << cyrillic;
+    QTest::newRow("UTF-8 via Shift_JIS") << "UTF-8" << "Shift_JIS" << japanese;
+    QTest::newRow("UTF-16LE via UTF-8") << "UTF-16LE" << "UTF-8" << japanese;
+}
+
+void TestEncodings::encodedCopyRoundTrip()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    QFETCH(QString, text);
+    TestDir dir;
+    QTextCodec::ConverterState noBom(QTextCodec::IgnoreHeader);
+    const QByteArray original = QTextCodec::codecForName(first.toLatin1())
+                                    ->fromUnicode(text.constData(), text.size(), &noBom);
+    const QString source = dir.createFile(QStringLiteral("source file.sql"), original);
+    const QString middle = dir.filePath(QStringLiteral("middle.sql"));
+    const QString back = dir.filePath(QStringLiteral("back.sql"));
+    createEncodedCopyFile(source, middle, first, second);
+    QFile middleFile(middle);
+    QVERIFY(middleFile.open(QIODevice::ReadOnly));
+    QCOMPARE(QTextCodec::codecForName(second.toLatin1())->toUnicode(middleFile.readAll()), text);
+    createEncodedCopyFile(middle, back, second, first);
+    QFile backFile(back);
+    QVERIFY(backFile.open(QIODevice::ReadOnly));
+    QCOMPARE(backFile.readAll(), original);
+    // Copying a file onto itself re-encodes it in place.
+    createEncodedCopyFile(back, back, first, second);
+    QFile same(back);
+    QVERIFY(same.open(QIODevice::ReadOnly));
+    QCOMPARE(QTextCodec::codecForName(second.toLatin1())->toUnicode(same.readAll()), text);
+}
+
+void TestEncodings::encodedCopyFailures()
+{
+    TestDir dir;
+    const QString target = dir.createFile(QStringLiteral("target.sql"), "keep me");
+    // An unreadable source leaves the target untouched.
+    createEncodedCopyFile(dir.filePath(QStringLiteral("missing.sql")), target,
+                          QStringLiteral("UTF-8"), QStringLiteral("UTF-16LE"));
+    QFile file(target);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("keep me"));
+    // A target whose folder vanished is simply not written.
+    const QString source = dir.createFile(QStringLiteral("s.sql"), "abc");
+    const QString nowhere = dir.filePath(QStringLiteral("gone/t.sql"));
+    createEncodedCopyFile(source, nowhere, QStringLiteral("UTF-8"), QStringLiteral("UTF-8"));
+    QVERIFY(!QFile::exists(nowhere));
+}
+
+QTEST_GUILESS_MAIN(TestEncodings)
+#include "tst_encodings.moc"

@@ -1,0 +1,281 @@
+#include "filecomparator.h"
+#include "testsupport.h"
+
+#include <QLoggingCategory>
+#include <QRandomGenerator>
+#include <QRegExp>
+
+namespace {
+
+// The debug traces are part of the contract, and CTest switches debug output off:
+// turn it back on before the application reads its logging rules.
+const bool debugOutputOn = qputenv("QT_LOGGING_RULES", "*.debug=true;navarch.comparator.debug=false");
+
+// The comparison as a plain int table, to hold the bit rows to.
+struct Reference
+{
+    QVector<int> left;
+    QVector<int> right;
+    std::vector<int> common;
+};
+
+Reference referenceCompare(const QVector<quint16> &l, const QVector<quint16> &r)
+{
+    const int nL = l.size();
+    const int nR = r.size();
+    std::vector<std::vector<int>> t(nL + 1, std::vector<int>(nR + 1, 0));
+    for (int i = nL - 1; i >= 0; --i)
+        for (int j = nR - 1; j >= 0; --j)
+            t[i][j] = l[i] == r[j] ? t[i + 1][j + 1] + 1 : std::max(t[i + 1][j], t[i][j + 1]);
+    Reference ref;
+    for (int i = 0; i < nL; ++i)
+        ref.left.append(i);
+    for (int j = 0; j < nR; ++j)
+        ref.right.append(j);
+    int i = 0;
+    int j = 0;
+    if (t[0][0] != 0) {
+        while (i < nL && j < nR) {
+            if (l[i] == r[j]) {
+                ref.common.push_back(i);
+                ref.left[i] = -1;
+                ref.right[j] = -1;
+                ++i;
+                ++j;
+            } else if (t[i][j] == t[i + 1][j]) {
+                ++i;
+            } else {
+                ++j;
+            }
+            if (t[i][j] == 0)
+                break;
+        }
+    }
+    ref.left.removeAll(-1);
+    ref.right.removeAll(-1);
+    return ref;
+}
+
+quint16 regExpSignature(const QString &text)
+{
+    quint16 sum = 0;
+    const QStringList pieces = text.split(QRegExp(QStringLiteral("\\b")), Qt::KeepEmptyParts);
+    for (const QString &piece : pieces) {
+        if (piece.trimmed().isEmpty())
+            continue;
+        sum = static_cast<quint16>(sum + qChecksum(piece.toLatin1().constData(),
+                                                   static_cast<uint>(piece.size())));
+    }
+    return sum;
+}
+
+QVector<int> diffs(const FileComparator &c, Part part)
+{
+    QVector<int> out;
+    for (int k = 0; k < c.getDiffCount(part); ++k)
+        out.append(c.getDiff(part, k));
+    return out;
+}
+
+} // namespace
+
+class TestFileComparator : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void lines_data();
+    void lines();
+    void signatureMatchesWordBoundarySplit_data();
+    void signatureMatchesWordBoundarySplit();
+    void getDiffBounds();
+    void invalidPart();
+    void bitRowsMatchPlainTable_data();
+    void bitRowsMatchPlainTable();
+    void tooLargeIsRefused();
+};
+
+void TestFileComparator::lines_data()
+{
+    QTest::addColumn<QStringList>("left");
+    QTest::addColumn<QStringList>("right");
+    QTest::addColumn<QVector<int>>("leftDiff");
+    QTest::addColumn<QVector<int>>("rightDiff");
+    QTest::addColumn<std::vector<int>>("common");
+    using V = QVector<int>;
+    using C = std::vector<int>;
+    QTest::newRow("both empty") << QStringList() << QStringList() << V() << V() << C();
+    QTest::newRow("left empty") << QStringList() << QStringList{"a", "b"} << V() << V{0, 1}
+                                << C();
+    QTest::newRow("right empty") << QStringList{"a", "b"} << QStringList() << V{0, 1} << V()
+                                 << C();
+    QTest::newRow("spacing between words") << QStringList{"a  b"} << QStringList{"a b"} << V()
+                                           << V() << C{0};
+    QTest::newRow("indentation") << QStringList{"  a"} << QStringList{"a"} << V() << V()
+                                 << C{0};
+    QTest::newRow("space after comma counts") << QStringList{"a,b"} << QStringList{"a, b"}
+                                              << V{0} << V{0} << C();
+    QTest::newRow("case counts") << QStringList{"Abc"} << QStringList{"abc"} << V{0} << V{0}
+                                 << C();
+    QTest::newRow("reordered words are equal") << QStringList{"a b"} << QStringList{"b a"}
+                                               << V() << V() << C{0};
+    QTest::newRow("blank equals empty") << QStringList{"   \t"} << QStringList{""} << V()
+                                        << V() << C{0};
+    QTest::newRow("x y x against x") << QStringList{"x", "y", "x"} << QStringList{"x"}
+                                     << V{1, 2} << V() << C{0};
+    QTest::newRow("insertion in the middle")
+        << QStringList{"a", "b", "c"} << QStringList{"a", "new", "b", "c"} << V() << V{1}
+        << C{0, 1, 2};
+    QTest::newRow("change after common prefix")
+        << QStringList{"a", "b", "c", "d"} << QStringList{"a", "b", "X", "d"} << V{2} << V{2}
+        << C{0, 1, 3};
+}
+
+void TestFileComparator::lines()
+{
+    QFETCH(QStringList, left);
+    QFETCH(QStringList, right);
+    QFETCH(QVector<int>, leftDiff);
+    QFETCH(QVector<int>, rightDiff);
+    QFETCH(std::vector<int>, common);
+    FileComparator c;
+    for (int i = 0; i < left.size(); ++i)
+        c.addLine(left.at(i), i, LeftPart);
+    for (int j = 0; j < right.size(); ++j)
+        c.addLine(right.at(j), j, RightPart);
+    QVERIFY(c.compare());
+    QCOMPARE(diffs(c, LeftPart), leftDiff);
+    QCOMPARE(diffs(c, RightPart), rightDiff);
+    std::vector<int> got;
+    c.getCommonLines(got);
+    QCOMPARE(got, common);
+}
+
+void TestFileComparator::signatureMatchesWordBoundarySplit_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("sql") << QStringLiteral("SELECT a, b FROM t WHERE x = 'y';");
+    QTest::newRow("punctuation only") << QStringLiteral(" ;; -- ");
+    QTest::newRow("underscores and digits") << QStringLiteral("my_col1 +2.5e3");
+    QTest::newRow("non-Latin-1") << QString::fromUtf8("select 'Привет' — 日本 ok");
+    QTest::newRow("combining mark") << QString::fromUtf8("cafe\u0301 x");
+    QTest::newRow("surrogate pair") << QString::fromUtf8("a\U0001F600b c");
+    QTest::newRow("tabs and newline") << QStringLiteral("\ta\t=\tb\r\n");
+}
+
+void TestFileComparator::signatureMatchesWordBoundarySplit()
+{
+    QFETCH(QString, text);
+    QCOMPARE(FileComparator::signature(text), regExpSignature(text));
+}
+
+void TestFileComparator::getDiffBounds()
+{
+    FileComparator c;
+    QCOMPARE(c.getDiff(LeftPart, 0), -1); // empty list
+    c.addLine(QStringLiteral("a"), 5, LeftPart);
+    c.addLine(QStringLiteral("b"), 7, LeftPart);
+    QVERIFY(c.compare());
+    QCOMPARE(c.getDiffCount(LeftPart), 2);
+    QCOMPARE(c.getDiff(LeftPart, -1), -1);
+    QCOMPARE(c.getDiff(LeftPart, 0), 5);
+    QCOMPARE(c.getDiff(LeftPart, 1), 7);
+    QCOMPARE(c.getDiff(LeftPart, 2), -1);
+    QCOMPARE(c.getDiff(RightPart, 0), -1);
+}
+
+void TestFileComparator::invalidPart()
+{
+    FileComparator c;
+    QTest::ignoreMessage(QtDebugMsg, "AddLine error part");
+    c.addLine(QStringLiteral("a"), 0, static_cast<Part>(2));
+    QTest::ignoreMessage(QtDebugMsg, "GetDiff error part");
+    QCOMPARE(c.getDiffCount(static_cast<Part>(2)), -1);
+    QTest::ignoreMessage(QtDebugMsg, "GetDiff error part");
+    QCOMPARE(c.getDiff(static_cast<Part>(-1), 0), -1);
+    QVERIFY(c.compare());
+    QCOMPARE(c.getDiffCount(LeftPart), 0); // the line with the bad part was dropped
+}
+
+void TestFileComparator::bitRowsMatchPlainTable_data()
+{
+    QTest::addColumn<int>("maxLines");
+    QTest::addColumn<int>("alphabet");
+    QTest::addColumn<int>("rounds");
+    QTest::newRow("short, few symbols") << 12 << 3 << 400;
+    QTest::newRow("word-sized, few symbols") << 70 << 4 << 200;
+    QTest::newRow("several words, many symbols") << 200 << 30 << 60;
+    QTest::newRow("several words, two symbols") << 150 << 2 << 60;
+}
+
+void TestFileComparator::bitRowsMatchPlainTable()
+{
+    QFETCH(int, maxLines);
+    QFETCH(int, alphabet);
+    QFETCH(int, rounds);
+    QRandomGenerator rng(20240501u + static_cast<quint32>(maxLines * 31 + alphabet));
+    for (int round = 0; round < rounds; ++round) {
+        const int nL = rng.bounded(maxLines + 1);
+        // Often a variant of the left side, so prefixes and long pairings occur.
+        QStringList left;
+        for (int i = 0; i < nL; ++i)
+            left << QStringLiteral("w%1").arg(rng.bounded(alphabet));
+        QStringList right;
+        if (rng.bounded(2) == 0) {
+            right = left;
+            const int edits = rng.bounded(5);
+            for (int e = 0; e < edits; ++e) {
+                const int at = right.isEmpty() ? 0 : rng.bounded(right.size());
+                if (rng.bounded(2) && !right.isEmpty())
+                    right.removeAt(at);
+                else
+                    right.insert(at, QStringLiteral("w%1").arg(rng.bounded(alphabet)));
+            }
+        } else {
+            const int nR = rng.bounded(maxLines + 1);
+            for (int j = 0; j < nR; ++j)
+                right << QStringLiteral("w%1").arg(rng.bounded(alphabet));
+        }
+        FileComparator c;
+        QVector<quint16> ls;
+        QVector<quint16> rs;
+        for (int i = 0; i < left.size(); ++i) {
+            c.addLine(left.at(i), i, LeftPart);
+            ls << FileComparator::signature(left.at(i));
+        }
+        for (int j = 0; j < right.size(); ++j) {
+            c.addLine(right.at(j), j, RightPart);
+            rs << FileComparator::signature(right.at(j));
+        }
+        QVERIFY(c.compare());
+        const Reference ref = referenceCompare(ls, rs);
+        std::vector<int> common;
+        c.getCommonLines(common);
+        const QByteArray what = QStringLiteral("round %1: %2 | %3")
+                                    .arg(round)
+                                    .arg(left.join(QLatin1Char(' ')), right.join(QLatin1Char(' ')))
+                                    .toUtf8();
+        QVERIFY2(diffs(c, LeftPart) == ref.left, what.constData());
+        QVERIFY2(diffs(c, RightPart) == ref.right, what.constData());
+        QVERIFY2(common == ref.common, what.constData());
+    }
+}
+
+void TestFileComparator::tooLargeIsRefused()
+{
+    FileComparator::setMemoryLimit(1024);
+    FileComparator c;
+    for (int i = 0; i < 200; ++i) {
+        c.addLine(QStringLiteral("l%1").arg(i), i, LeftPart);
+        c.addLine(QStringLiteral("r%1").arg(i), i, RightPart);
+    }
+    QVERIFY(!c.compare());
+    QVERIFY(c.errorString().contains(QLatin1String("too large")));
+    QCOMPARE(c.getDiffCount(LeftPart), 0);
+    FileComparator::setMemoryLimit(0);
+    QVERIFY(c.compare());
+    QCOMPARE(c.getDiffCount(LeftPart), 200);
+}
+
+QTEST_GUILESS_MAIN(TestFileComparator)
+#include "tst_filecomparator.moc"
