@@ -1,6 +1,7 @@
 #include "find.h"
 #include "findlinescanner.h"
 #include "findscript.h"
+#include "settings.h"
 #include "testsupport.h"
 
 #include <QApplication>
@@ -100,6 +101,7 @@ private Q_SLOTS:
     {
         useTestSettings();
         qRegisterMetaType<Qt::CursorShape>();
+        Settings().remove(QStringLiteral("Main Window/FindDialog"));
     }
 
     void init()
@@ -458,10 +460,10 @@ private Q_SLOTS:
 
         m_script->setFolderProvider([second] { return second; });
         bool dialogShown = false;
-        onModal([&dialogShown](QWidget *dialog) {
+        onModal([&dialogShown, second](QWidget *dialog) {
             dialogShown = true;
-            auto *syntax = dialog->findChild<QComboBox *>("comboBoxFindFiles");
-            syntax->setEditText("*.sql");
+            dialog->findChild<QComboBox *>("comboBoxFindFiles")->setEditText("*.sql");
+            dialog->findChild<QComboBox *>("comboBoxSearchIn")->setEditText(second);
             static_cast<QDialog *>(dialog)->accept();
         });
         m_script->showFindDialog();
