@@ -2,6 +2,8 @@
 
 #include "conversion.h"
 #include "conversioncontroller.h"
+#include "filesystemview.h"
+#include "filterdialog.h"
 #include "panel.h"
 #include "panelmanager.h"
 #include "recentfolderstorage.h"
@@ -178,8 +180,7 @@ void MainWindow::readSettings()
     const QStringList commands = settings.value(QStringLiteral("Commands"))
                                      .toString()
                                      .split(QLatin1Char(';'), Qt::SkipEmptyParts);
-    for (const QString &command : commands)
-        m_ui->comboBoxEditCommand->insertItem(0, command);
+    m_ui->comboBoxEditCommand->insertItems(0, commands);
     m_ui->comboBoxEditCommand->insertItem(0, QString());
     m_ui->comboBoxEditCommand->setCurrentIndex(0);
 
@@ -312,6 +313,10 @@ void MainWindow::changeConversionIndexes(int sourceIndex, int targetIndex)
 
 void MainWindow::ShowFilterDialog()
 {
+    FileSystemView *view = m_panelManager->currentPanel()->fileSystemView();
+    FilterDialog dialog(this);
+    if (dialog.exec() == QDialog::Accepted)
+        view->setMask(dialog.mask());
 }
 
 void MainWindow::showFindLog()
