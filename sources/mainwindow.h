@@ -6,6 +6,8 @@
 #include <memory>
 
 class ConversionController;
+class FileListDiff;
+class FindScript;
 class PanelManager;
 class QApplication;
 class QMenu;
@@ -27,6 +29,8 @@ public:
     Ui::MainWindow *form() const { return m_ui.get(); }
     PanelManager *panelManager() const { return m_panelManager; }
     ConversionController *conversionController() const { return m_controller; }
+    FindScript *findScript() const { return m_findScript; }
+    FileListDiff *fileListDiff() const { return m_fileListDiff; }
 
     /** Engine switches ("/PRJF=", "/INI=", ...) and the free extra options under " ". */
     QMap<QString, QString> &engineOptions() { return m_engineOptions; }
@@ -100,4 +104,6 @@ private:
     QAction *m_copyFileAction = nullptr;
     QAction *m_cancelAction = nullptr;
     QMenu *m_recentMenu = nullptr;
+    FindScript *m_findScript = nullptr;
+    FileListDiff *m_fileListDiff = nullptr;
 };
