@@ -200,6 +200,11 @@ private Q_SLOTS:
         QTest::newRow("one partial block") << QByteArray("select 1 from dual;\n");
         QTest::newRow("exact blocks") << QByteArray(4000, 'q');
         QTest::newRow("blocks and a tail") << QByteArray(64000 * 2 + 2017, 'z');
+        QByteArray noise(70001, Qt::Uninitialized);
+        QRandomGenerator random(11);
+        for (char &c : noise)
+            c = char(random.bounded(256));
+        QTest::newRow("random bytes") << noise;
     }
 
     void contentSignature()

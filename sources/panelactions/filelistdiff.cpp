@@ -121,9 +121,9 @@ void FileListDiff::compareBy(COMPARE_CRITERIA criteria)
     const bool slow = criteria == COMPARE_BY_CONTENT;
     if (slow)
         QApplication::setOverrideCursor(Qt::BusyCursor);
-    const FileList firstFiles = FolderComparison::listFiles(firstView->currentPath(), criteria);
-    const FileList secondFiles = FolderComparison::listFiles(secondView->currentPath(), criteria);
-    m_last = FolderComparison::compare(firstFiles, secondFiles);
+    const auto lists = FolderComparison::listFolders(firstView->currentPath(),
+                                                     secondView->currentPath(), criteria);
+    m_last = FolderComparison::compare(lists.first, lists.second);
     if (slow)
         QApplication::restoreOverrideCursor();
 

@@ -32,6 +32,10 @@ public:
     /** The files (not folders) of @p folder in its default listing order, valued by @p criteria. */
     static FileList listFiles(const QString &folder, int criteria);
 
+    /** Both folders' lists; by content the two are read at the same time. */
+    static QPair<FileList, FileList> listFolders(const QString &first, const QString &second,
+                                                 int criteria);
+
     /**
      * The 16-bit sum of the CRC-16 checksums of the file's 2000-byte blocks.
      * An empty file, and a file that cannot be read, have the signature 0.
