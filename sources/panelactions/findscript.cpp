@@ -85,6 +85,14 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
     m_pendingStart = 0;
     m_finishPending = false;
 
+    // Rows of an earlier search that were not cleared count in the file total too.
+    m_paths.clear();
+    for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *item = m_tree->topLevelItem(i);
+        if (!item->data(0, TotalRole).toBool())
+            m_paths.insert(item->text(0));
+    }
+
     m_find->setPatternSyntax(syntax);
     m_find->setCaseSensitive(caseSensitive);
     m_find->setWholeWords(wholeWords);
@@ -109,6 +117,7 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
 
 void FindScript::addFileItem(const QString &path, const QString &line, const QString &text)
 {
+    m_paths.insert(path);
     m_tree->addTopLevelItem(new QTreeWidgetItem(QStringList{path, line, text.trimmed()}));
 }
 
@@ -126,6 +135,8 @@ void FindScript::addPendingRows()
     items.reserve(end - m_pendingStart);
     for (int i = m_pendingStart; i < end; ++i) {
         const FindHit &hit = m_pending.at(i);
+        if (i == m_pendingStart || hit.path != m_pending.at(i - 1).path)
+            m_paths.insert(hit.path);
         items << new QTreeWidgetItem(QStringList{hit.path, hit.line, hit.text});
     }
     m_tree->addTopLevelItems(items);
@@ -155,14 +166,8 @@ void FindScript::addTotals()
     lines->setData(0, TotalRole, true);
     m_tree->addTopLevelItem(lines);
 
-    QSet<QString> paths;
-    for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
-        const QTreeWidgetItem *item = m_tree->topLevelItem(i);
-        if (!item->data(0, TotalRole).toBool())
-            paths.insert(item->text(0));
-    }
     auto *files = new QTreeWidgetItem(
-        QStringList{QStringLiteral("Total number of files: %1").arg(paths.size())});
+        QStringList{QStringLiteral("Total number of files: %1").arg(m_paths.size())});
     files->setData(0, TotalRole, true);
     m_tree->addTopLevelItem(files);
     Q_EMIT turnWaitingMode(Qt::ArrowCursor);

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QRegExp>
+#include <QSet>
 #include <QVector>
 
 #include <functional>
@@ -22,7 +23,7 @@ class FindScript : public QObject
     Q_OBJECT
 public:
     /** Rows added to the tree per turn of the event loop, so the window stays responsive. */
-    static constexpr int RowsPerTurn = 1000;
+    static constexpr int RowsPerTurn = 200;
 
     explicit FindScript(QTreeWidget *resultsTree, QObject *parent = nullptr);
     ~FindScript() override;
@@ -72,6 +73,7 @@ private:
     QTreeWidget *m_tree = nullptr;
     QTimer *m_rowTimer = nullptr;
     QVector<FindHit> m_pending;
+    QSet<QString> m_paths; // distinct paths of the hit rows in the tree
     int m_pendingStart = 0;
     bool m_finishPending = false;
     int m_generation = 0;
