@@ -114,7 +114,8 @@ const char *FindLineScanner::findNeedle(const char *begin, const char *end) cons
         return nullptr;
     const auto *needle = reinterpret_cast<const unsigned char *>(m_needle.constData());
 #if defined(__GLIBC__)
-    if (!m_foldAscii)
+    // glibc's memmem is quickest for short needles; longer ones skip further below.
+    if (!m_foldAscii && n < 8)
         return static_cast<const char *>(memmem(begin, static_cast<size_t>(end - begin),
                                                 needle, n));
 #endif
