@@ -4,6 +4,8 @@
 #include "conversioncontroller.h"
 #include "edit.h"
 #include "filediff.h"
+#include "filelistdiff.h"
+#include "findscript.h"
 #include "filesystemview.h"
 #include "filterdialog.h"
 #include "fontactions.h"
@@ -178,8 +180,47 @@ bool MainWindow::confirmDocumentsSaved()
     return true;
 }
 
+namespace {
+
+// Moves an open editor to a line when the editor offers it (lines count from 0 there).
+template <typename Editor>
+auto goToEditorLine(Editor *editor, int line, int) -> decltype(editor->goToLine(line), void())
+{
+    editor->goToLine(line);
+}
+
+template <typename Editor>
+void goToEditorLine(Editor *, int, long)
+{
+}
+
+} // namespace
+
 void MainWindow::setupSearch()
 {
+    m_findScript = new FindScript(m_ui->treeWidgetSearchResults, this);
+    m_findScript->setDialogParent(this);
+    m_findScript->setFolderProvider([this] {
+        Panel *panel = m_panelManager->currentPanel();
+        return panel ? panel->currentPath() : QString();
+    });
+    connect(m_findAction, &QAction::triggered, m_findScript, &FindScript::showFindDialog);
+    connect(m_findScript, &FindScript::turnWaitingMode, this, &MainWindow::turnWaitingMode);
+    connect(m_findScript, &FindScript::searchStarted, this, &MainWindow::showFindLogRequested);
+    connect(m_findScript, &FindScript::openFileAtLine, this,
+            [this](const QString &path, int line) {
+                Panel *panel = m_panelManager->currentPanel();
+                if (!panel)
+                    return;
+                panel->openEditFile(path);
+                if (line > 0 && panel->editor())
+                    goToEditorLine(panel->editor(), line - 1, 0);
+            });
+
+    m_fileListDiff = new FileListDiff(this);
+    m_fileListDiff->setup(m_ui->actionSelect_Different_by_Size,
+                          m_ui->actionSelect_Different_by_Content, m_ui->actionShow_Selected,
+                          m_panelManager->leftPanel(), m_panelManager->rightPanel());
 }
 
 void MainWindow::readSettings()
@@ -278,6 +319,8 @@ void MainWindow::turnWaitingMode(Qt::CursorShape cursor)
 
 void MainWindow::stopThread()
 {
+    if (m_findScript)
+        m_findScript->stopFind();
     m_panelManager->cancelCopy();
 }
 

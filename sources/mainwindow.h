@@ -8,6 +8,8 @@
 class ConversionController;
 class FileDiff;
 class FontActions;
+class FileListDiff;
+class FindScript;
 class PanelManager;
 class QApplication;
 class QMenu;
@@ -31,6 +33,8 @@ public:
     ConversionController *conversionController() const { return m_controller; }
     FileDiff *fileDiff() const { return m_fileDiff; }
     FontActions *fontActions() const { return m_fontActions; }
+    FindScript *findScript() const { return m_findScript; }
+    FileListDiff *fileListDiff() const { return m_fileListDiff; }
 
     /** Engine switches ("/PRJF=", "/INI=", ...) and the free extra options under " ". */
     QMap<QString, QString> &engineOptions() { return m_engineOptions; }
@@ -108,4 +112,6 @@ private:
     QAction *m_copyFileAction = nullptr;
     QAction *m_cancelAction = nullptr;
     QMenu *m_recentMenu = nullptr;
+    FindScript *m_findScript = nullptr;
+    FileListDiff *m_fileListDiff = nullptr;
 };

@@ -469,8 +469,10 @@ void FileSystemView::hideUnmarkedFiles()
         const QFileInfo info = m_map.value(item, &found);
         if (!found || info.isDir() || info.fileName() == FileView::parentName())
             continue;
+        // A row never coloured by a mark has no foreground of its own.
+        const bool uncoloured = !item->data(column, Qt::ForegroundRole).isValid();
         const QColor color = item->foreground(column).color();
-        if (color.red() == 0 && color.green() == 0 && color.black() == 0)
+        if (uncoloured || (color.red() == 0 && color.green() == 0 && color.black() == 0))
             item->setHidden(true);
     }
 }

@@ -1,0 +1,96 @@
+// Folder comparison by size and by content against diff -rq.
+//
+// bench_filelistdiff [files]   (default: 20000 files on each side)
+
+#include "foldercomparison.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+namespace {
+
+void write(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    file.open(QIODevice::WriteOnly);
+    file.write(content);
+}
+
+double compareFolders(const QString &a, const QString &b, int criteria, FolderDifferences *out)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const auto lists = FolderComparison::listFolders(a, b, criteria);
+    *out = FolderComparison::compare(lists.first, lists.second);
+    return timer.nsecsElapsed() / 1e9;
+}
+
+double diffRq(const QString &a, const QString &b, int *lines)
+{
+    QProcess diff;
+    QElapsedTimer timer;
+    timer.start();
+    diff.start(QStringLiteral("diff"), {QStringLiteral("-rq"), a, b});
+    diff.waitForFinished(-1);
+    const double seconds = timer.nsecsElapsed() / 1e9;
+    *lines = diff.readAllStandardOutput().count('\n');
+    return seconds;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    qputenv("QT_LOGGING_RULES", "*.debug=false");
+    const int files = argc > 1 ? std::atoi(argv[1]) : 20000;
+
+    QTemporaryDir dir;
+    const QString a = dir.filePath(QStringLiteral("a"));
+    const QString b = dir.filePath(QStringLiteral("b"));
+    QDir().mkpath(a);
+    QDir().mkpath(b);
+    for (int i = 0; i < files; ++i) {
+        QByteArray content = "-- script " + QByteArray::number(i) + "\n";
+        content += QByteArray("select * from t where id = 1;\n").repeated(40 + i % 60);
+        const QString name = QStringLiteral("/f%1.sql").arg(i);
+        write(a + name, content);
+        if (i % 100 == 0)
+            continue; // absent on the right
+        if (i % 100 == 1)
+            content[content.size() - 3] = 'X'; // same size, other content
+        if (i % 100 == 2)
+            content += "extra\n";
+        write(b + name, content);
+    }
+    std::printf("generated %d files on each side\n", files);
+
+    int diffLines = 0;
+    diffRq(a, b, &diffLines); // warm the cache
+    const double diffSeconds = diffRq(a, b, &diffLines);
+
+    FolderDifferences bySize;
+    FolderDifferences byContent;
+    compareFolders(a, b, COMPARE_BY_SIZE, &bySize);
+    const double sizeSeconds = compareFolders(a, b, COMPARE_BY_SIZE, &bySize);
+    const double contentSeconds = compareFolders(a, b, COMPARE_BY_CONTENT, &byContent);
+
+    std::printf("diff -rq            %7.3f s (%d lines)\n", diffSeconds, diffLines);
+    std::printf("by size             %7.3f s (%lld different, %lld absent)  goal < 0.5 s  "
+                "ratio to diff -rq %.2f\n",
+                sizeSeconds, qint64(bySize.different.size()),
+                qint64(bySize.onlyInFirst.size() + bySize.onlyInSecond.size()),
+                sizeSeconds / diffSeconds);
+    std::printf("by content          %7.3f s (%lld different, %lld absent)  goal within 2x  "
+                "ratio to diff -rq %.2f\n",
+                contentSeconds, qint64(byContent.different.size()),
+                qint64(byContent.onlyInFirst.size() + byContent.onlyInSecond.size()),
+                contentSeconds / diffSeconds);
+    return 0;
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "foldercomparison.h"
+
+#include <QMetaObject>
+#include <QObject>
+
+class Panel;
+class QAction;
+
+/**
+ * Marks, in both panels, the files that differ between the two panels'
+ * folders (by size or by content) and the files present on one side only;
+ * follows folder changes while a comparison mode is on, and can hide every
+ * unmarked file.
+ */
+class FileListDiff : public QObject
+{
+    Q_OBJECT
+public:
+    explicit FileListDiff(QObject *parent = nullptr);
+
+    /** Binds the three checkable actions and the two panels. */
+    void setup(QAction *compareBySizeAction, QAction *compareByContentAction,
+               QAction *showMarkedOnlyAction, Panel *firstPanel, Panel *secondPanel);
+
+    /** The outcome of the last comparison. */
+    const FolderDifferences &lastDifferences() const { return m_last; }
+
+public Q_SLOTS:
+    void compareFilesBySize();
+    void compareFilesByContent();
+    void compareBySize(const QString &path);
+    void compareByContent(const QString &path);
+    void toggleUnselected();
+    void compareBy(COMPARE_CRITERIA criteria);
+
+private:
+    void follow(QMetaObject::Connection (&connections)[2], void (FileListDiff::*slot)(const QString &));
+    void unfollow(QMetaObject::Connection (&connections)[2]);
+    void refreshPanels();
+    void hideUnmarked();
+
+    QAction *m_compareBySize = nullptr;
+    QAction *m_compareByContent = nullptr;
+    QAction *m_showMarkedOnly = nullptr;
+    Panel *m_firstPanel = nullptr;
+    Panel *m_secondPanel = nullptr;
+    QMetaObject::Connection m_sizeConnections[2];
+    QMetaObject::Connection m_contentConnections[2];
+    FolderDifferences m_last;
+};

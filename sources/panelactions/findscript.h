@@ -1,0 +1,82 @@
+#pragma once
+
+#include "find.h"
+
+#include <QObject>
+#include <QRegExp>
+#include <QSet>
+#include <QVector>
+
+#include <functional>
+
+class QTimer;
+class QTreeWidget;
+class QTreeWidgetItem;
+class QWidget;
+
+/**
+ * Runs find in files from the find dialog and shows the hits in the results
+ * tree: one row per hit, then the line and file totals when the search ends.
+ */
+class FindScript : public QObject
+{
+    Q_OBJECT
+public:
+    /** Rows added to the tree per turn of the event loop, so the window stays responsive. */
+    static constexpr int RowsPerTurn = 200;
+
+    explicit FindScript(QTreeWidget *resultsTree, QObject *parent = nullptr);
+    ~FindScript() override;
+
+    Find *finder() const { return m_find; }
+    QTreeWidget *resultsTree() const { return m_tree; }
+    bool isSearching() const;
+
+    /** Gives the folder the find dialog opens with (the current panel's folder). */
+    void setFolderProvider(std::function<QString()> provider) { m_folderProvider = std::move(provider); }
+    /** Parent of the find dialog. */
+    void setDialogParent(QWidget *parent) { m_dialogParent = parent; }
+
+    /**
+     * Starts a search; the two flags are case sensitive and whole words. The
+     * masks are taken from between the parentheses of @p maskText when it has
+     * them. False when the pattern is not valid in @p syntax (nothing runs).
+     */
+    bool findCommandEvent(const QString &folderText, const QString &maskText,
+                          const QString &findText, QRegExp::PatternSyntax syntax,
+                          bool caseSensitive, bool wholeWords);
+
+    /** The masks of a mask entry: the text between its first "(" and the next ")". */
+    static QString masksOfEntry(const QString &maskText);
+
+Q_SIGNALS:
+    void turnWaitingMode(Qt::CursorShape cursor);
+    /** A search has started; its rows go to the results tree. */
+    void searchStarted();
+    /** A result row was opened: show @p path at @p line (0 when the row has no line). */
+    void openFileAtLine(const QString &path, int line);
+
+public Q_SLOTS:
+    void addFileItem(const QString &path, const QString &line, const QString &text);
+    void findFinishedSlot();
+    void showFindDialog();
+    /** Stops a running search; true when one was running. */
+    bool stopFind();
+
+private:
+    void addHits(const QVector<FindHit> &hits);
+    void addPendingRows();
+    void addTotals();
+    void openItem(QTreeWidgetItem *item);
+
+    Find *m_find = nullptr;
+    QTreeWidget *m_tree = nullptr;
+    QTimer *m_rowTimer = nullptr;
+    QVector<FindHit> m_pending;
+    QSet<QString> m_paths; // distinct paths of the hit rows in the tree
+    int m_pendingStart = 0;
+    bool m_finishPending = false;
+    int m_generation = 0;
+    std::function<QString()> m_folderProvider;
+    QWidget *m_dialogParent = nullptr;
+};
