@@ -180,22 +180,6 @@ bool MainWindow::confirmDocumentsSaved()
     return true;
 }
 
-namespace {
-
-// Moves an open editor to a line when the editor offers it (lines count from 0 there).
-template <typename Editor>
-auto goToEditorLine(Editor *editor, int line, int) -> decltype(editor->goToLine(line), void())
-{
-    editor->goToLine(line);
-}
-
-template <typename Editor>
-void goToEditorLine(Editor *, int, long)
-{
-}
-
-} // namespace
-
 void MainWindow::setupSearch()
 {
     m_findScript = new FindScript(m_ui->treeWidgetSearchResults, this);
@@ -214,7 +198,7 @@ void MainWindow::setupSearch()
                     return;
                 panel->openEditFile(path);
                 if (line > 0 && panel->editor())
-                    goToEditorLine(panel->editor(), line - 1, 0);
+                    panel->editor()->goToLine(line - 1);
             });
 
     m_fileListDiff = new FileListDiff(this);
