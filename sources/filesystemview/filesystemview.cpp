@@ -63,7 +63,9 @@ void FileSystemView::init(QBoxLayout *layout, QWidget *parent, QStatusBar *statu
     m_copyToBuffer = new CopyToBuffer(m_tree, this);
     m_view->setColumns(m_tree);
 
-    connect(m_tree, &QTreeWidget::itemDoubleClicked, this, &FileSystemView::proceedDoubleClick);
+    // The list activates a row on Return and on a double click (or a single
+    // click, where the platform's style says so); listening to the double
+    // click as well would open the row twice.
     connect(m_tree, &QTreeWidget::itemActivated, this, &FileSystemView::proceedDoubleClick);
     connect(m_tree, &QTreeWidget::itemSelectionChanged, this, &FileSystemView::updateStatusInfo);
 }

@@ -60,6 +60,10 @@ void FlatFileView::showObjects(TreeWidget *tree, const QString &path, FileInfoMa
     m_withParent = withParent;
     m_tree = tree;
     m_map = &map;
+    // Sizing columns to their contents after every batch would measure
+    // thousands of rows each time; they are sized once the list is complete.
+    for (int column = 1; column < columnCount(); ++column)
+        tree->header()->setSectionResizeMode(column, QHeaderView::Interactive);
     start(QThread::LowestPriority);
 }
 
@@ -80,6 +84,15 @@ void FlatFileView::stop()
     m_wakeQueued = false;
     m_insertScheduled = false;
     m_doneReported = true;
+    restoreColumnSizing();
+}
+
+void FlatFileView::restoreColumnSizing()
+{
+    if (!m_tree)
+        return;
+    for (int column = 1; column < columnCount(); ++column)
+        m_tree->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
 }
 
 bool FlatFileView::isBusy() const
@@ -231,6 +244,7 @@ void FlatFileView::finishIfDone()
     if (m_doneReported || isBusy())
         return;
     m_doneReported = true;
+    restoreColumnSizing();
     if (m_done)
         m_done();
 }

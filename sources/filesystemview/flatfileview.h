@@ -61,6 +61,7 @@ protected:
 private:
     void insertPending(quint64 generation);
     void finishIfDone();
+    void restoreColumnSizing();
 
     std::atomic<bool> m_stop{false};
     QString m_root;
