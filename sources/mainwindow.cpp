@@ -1,7 +1,11 @@
 #include "mainwindow.h"
 
 #include "conversion.h"
+#include "connectionoptionsdialog.h"
 #include "conversioncontroller.h"
+#include "conversionlogview.h"
+#include "encodingoptionsdialog.h"
+#include "migrationoptionsdialog.h"
 #include "panel.h"
 #include "panelmanager.h"
 #include "recentfolderstorage.h"
@@ -150,6 +154,17 @@ void MainWindow::setupConversion()
     connect(conversion, &Conversion::standardOutputChanged, this,
             &MainWindow::printStandartOutput);
     connect(conversion, &QProcess::stateChanged, this, &MainWindow::changeProcessState);
+    m_logView = new ConversionLogView(m_ui->textEditLogView, conversion, this);
+    connect(m_logView, &ConversionLogView::openFileAtLine, this, &MainWindow::openLogLink);
+}
+
+void MainWindow::openLogLink(const QString &path, int line)
+{
+    Panel *left = m_panelManager->leftPanel();
+    left->openEditFile(path);
+    // Going to the line needs the editor's goToLine (QScintilla is 0-based,
+    // the engine counts from 1).
+    Q_UNUSED(line)
 }
 
 void MainWindow::setupEditorAndComparison()
@@ -298,6 +313,12 @@ void MainWindow::changeProcessState(QProcess::ProcessState processState)
 void MainWindow::startConversionEx()
 {
     Panel *left = m_panelManager->leftPanel();
+    Conversion *conversion = m_controller->conversion();
+    conversion->setPassword(m_engineOptions.value(QStringLiteral("/P")));
+    if (!m_ui->sourceCombo->currentText().isEmpty())
+        conversion->setSourceConversion(m_ui->sourceCombo->currentText());
+    if (!m_ui->targetCombo->currentText().isEmpty())
+        conversion->setTargetConversion(m_ui->targetCombo->currentText());
     m_controller->runOrPause(engineOptionPieces(), m_sourceEncoding, m_targetEncoding,
                              left->selectedPaths(), m_panelManager->rightPanel()->currentPath());
 }
@@ -328,14 +349,48 @@ void MainWindow::ShowConversionLog()
 
 void MainWindow::showConnectionOptions()
 {
+    ConnectionOptionsDialog dialog(this);
+    dialog.setOptions(m_engineOptions);
+    if (dialog.exec() == QDialog::Accepted)
+        dialog.applyTo(m_engineOptions);
 }
 
 void MainWindow::migrationOptions()
 {
+    MigrationOptionsDialog dialog(this);
+    dialog.setOptions(m_engineOptions);
+    if (dialog.exec() == QDialog::Accepted)
+        dialog.applyTo(m_engineOptions);
 }
 
 void MainWindow::showEncodingOptions()
 {
+    EncodingOptionsDialog dialog(this);
+    dialog.setSourceEncoding(m_sourceEncoding);
+    dialog.setTargetEncoding(m_targetEncoding);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString source = dialog.sourceEncoding();
+    const QString target = dialog.targetEncoding();
+    if (source.isEmpty() || target.isEmpty()
+        || (source == m_sourceEncoding && target == m_targetEncoding))
+        return;
+    if (Panel *panel = m_panelManager->panelWithModifiedDocument()) {
+        const QString file = panel->editor() ? panel->editor()->objectName() : QString();
+        const auto answer = QMessageBox::warning(
+            this, QStringLiteral("Morvane Navarch"),
+            QStringLiteral("The document %1 has been modified.<br/>Discard changes to the file "
+                           "before changing encoding?")
+                .arg(file),
+            QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+        if (answer != QMessageBox::Yes)
+            return;
+    }
+    m_sourceEncoding = source;
+    m_targetEncoding = target;
+    Settings settings;
+    settings.setValue(QStringLiteral("/SRCENC="), m_sourceEncoding);
+    settings.setValue(QStringLiteral("/TRGENC="), m_targetEncoding);
 }
 
 void MainWindow::showAbout()
@@ -351,6 +406,7 @@ void MainWindow::showAbout()
 
 void MainWindow::printStandartOutput()
 {
+    m_logView->outputChanged();
 }
 
 void MainWindow::viewLog()

@@ -6,6 +6,7 @@
 #include <memory>
 
 class ConversionController;
+class ConversionLogView;
 class PanelManager;
 class QApplication;
 class QMenu;
@@ -27,6 +28,7 @@ public:
     Ui::MainWindow *form() const { return m_ui.get(); }
     PanelManager *panelManager() const { return m_panelManager; }
     ConversionController *conversionController() const { return m_controller; }
+    ConversionLogView *conversionLogView() const { return m_logView; }
 
     /** Engine switches ("/PRJF=", "/INI=", ...) and the free extra options under " ". */
     QMap<QString, QString> &engineOptions() { return m_engineOptions; }
@@ -84,10 +86,12 @@ private:
     void setupSearch();
     void readSettings();
     void writeSettings();
+    void openLogLink(const QString &path, int line);
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     PanelManager *m_panelManager = nullptr;
     ConversionController *m_controller = nullptr;
+    ConversionLogView *m_logView = nullptr;
     QMap<QString, QString> m_engineOptions;
     QString m_sourceEncoding;
     QString m_targetEncoding;
