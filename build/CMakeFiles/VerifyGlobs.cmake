@@ -3,104 +3,128 @@
 cmake_policy(SET CMP0009 NEW)
 
 # BENCH_SOURCES at bench/CMakeLists.txt:2 (file)
-file(GLOB NEW_GLOB LIST_DIRECTORIES true "/work/main/bench/bench_*.cpp")
+file(GLOB NEW_GLOB LIST_DIRECTORIES true "/work/wt/conversion/bench/bench_*.cpp")
 set(OLD_GLOB
   )
 if(NOT "${NEW_GLOB}" STREQUAL "${OLD_GLOB}")
   message("-- GLOB mismatch!")
-  file(TOUCH_NOCREATE "/work/main/build/CMakeFiles/cmake.verify_globs")
+  file(TOUCH_NOCREATE "/work/wt/conversion/build/CMakeFiles/cmake.verify_globs")
 endif()
 
 # ICON_SOURCES at resources/CMakeLists.txt:12 (file)
-file(GLOB NEW_GLOB LIST_DIRECTORIES true "/work/main/resources/images/*.svg")
+file(GLOB NEW_GLOB LIST_DIRECTORIES true "/work/wt/conversion/resources/images/*.svg")
 set(OLD_GLOB
-  "/work/main/resources/images/Decrease.svg"
-  "/work/main/resources/images/Increase.svg"
-  "/work/main/resources/images/Morvane.svg"
-  "/work/main/resources/images/arrow_down.svg"
-  "/work/main/resources/images/arrow_up.svg"
-  "/work/main/resources/images/close.svg"
-  "/work/main/resources/images/file.svg"
-  "/work/main/resources/images/find.svg"
-  "/work/main/resources/images/folder.svg"
-  "/work/main/resources/images/pause.svg"
-  "/work/main/resources/images/search.svg"
-  "/work/main/resources/images/start.svg"
-  "/work/main/resources/images/stop.svg"
-  "/work/main/resources/images/translate.svg"
+  "/work/wt/conversion/resources/images/Decrease.svg"
+  "/work/wt/conversion/resources/images/Increase.svg"
+  "/work/wt/conversion/resources/images/Morvane.svg"
+  "/work/wt/conversion/resources/images/arrow_down.svg"
+  "/work/wt/conversion/resources/images/arrow_up.svg"
+  "/work/wt/conversion/resources/images/close.svg"
+  "/work/wt/conversion/resources/images/file.svg"
+  "/work/wt/conversion/resources/images/find.svg"
+  "/work/wt/conversion/resources/images/folder.svg"
+  "/work/wt/conversion/resources/images/pause.svg"
+  "/work/wt/conversion/resources/images/search.svg"
+  "/work/wt/conversion/resources/images/start.svg"
+  "/work/wt/conversion/resources/images/stop.svg"
+  "/work/wt/conversion/resources/images/translate.svg"
   )
 if(NOT "${NEW_GLOB}" STREQUAL "${OLD_GLOB}")
   message("-- GLOB mismatch!")
-  file(TOUCH_NOCREATE "/work/main/build/CMakeFiles/cmake.verify_globs")
+  file(TOUCH_NOCREATE "/work/wt/conversion/build/CMakeFiles/cmake.verify_globs")
 endif()
 
 # TEST_SOURCES at tests/CMakeLists.txt:2 (file)
-file(GLOB NEW_GLOB LIST_DIRECTORIES true "/work/main/tests/tst_*.cpp")
+file(GLOB NEW_GLOB LIST_DIRECTORIES true "/work/wt/conversion/tests/tst_*.cpp")
 set(OLD_GLOB
+  "/work/wt/conversion/tests/tst_conversion.cpp"
+  "/work/wt/conversion/tests/tst_conversionoutput.cpp"
   )
 if(NOT "${NEW_GLOB}" STREQUAL "${OLD_GLOB}")
   message("-- GLOB mismatch!")
-  file(TOUCH_NOCREATE "/work/main/build/CMakeFiles/cmake.verify_globs")
+  file(TOUCH_NOCREATE "/work/wt/conversion/build/CMakeFiles/cmake.verify_globs")
 endif()
 
 # NAVARCH_SOURCES at sources/CMakeLists.txt:3 (file)
-file(GLOB_RECURSE NEW_GLOB LIST_DIRECTORIES false "/work/main/sources/*.cpp")
+file(GLOB_RECURSE NEW_GLOB LIST_DIRECTORIES false "/work/wt/conversion/sources/*.cpp")
 set(OLD_GLOB
-  "/work/main/sources/commands/commandline.cpp"
-  "/work/main/sources/commands/conversion.cpp"
-  "/work/main/sources/commands/conversioncontroller.cpp"
-  "/work/main/sources/commands/edit.cpp"
-  "/work/main/sources/commands/navarch.cpp"
-  "/work/main/sources/main.cpp"
-  "/work/main/sources/mainwindow.cpp"
-  "/work/main/sources/panelactions/panel.cpp"
-  "/work/main/sources/panelactions/panelmanager.cpp"
-  "/work/main/sources/utility/databaseapilistreader.cpp"
-  "/work/main/sources/utility/databaselistreader.cpp"
-  "/work/main/sources/utility/folder.cpp"
-  "/work/main/sources/utility/historylist.cpp"
-  "/work/main/sources/utility/reader.cpp"
-  "/work/main/sources/utility/recentfolderstorage.cpp"
-  "/work/main/sources/utility/settings.cpp"
-  "/work/main/sources/utility/workingfolder.cpp"
+  "/work/wt/conversion/sources/commands/commandline.cpp"
+  "/work/wt/conversion/sources/commands/conversion.cpp"
+  "/work/wt/conversion/sources/commands/conversioncontroller.cpp"
+  "/work/wt/conversion/sources/commands/conversionlogview.cpp"
+  "/work/wt/conversion/sources/commands/conversionoutput.cpp"
+  "/work/wt/conversion/sources/commands/edit.cpp"
+  "/work/wt/conversion/sources/commands/navarch.cpp"
+  "/work/wt/conversion/sources/commands/stopconversion.cpp"
+  "/work/wt/conversion/sources/dialogs/connectionoptionsdialog.cpp"
+  "/work/wt/conversion/sources/dialogs/conversionoptionsdialog.cpp"
+  "/work/wt/conversion/sources/dialogs/encodingoptionsdialog.cpp"
+  "/work/wt/conversion/sources/dialogs/filemaskdialog.cpp"
+  "/work/wt/conversion/sources/dialogs/migrationoptionsdialog.cpp"
+  "/work/wt/conversion/sources/main.cpp"
+  "/work/wt/conversion/sources/mainwindow.cpp"
+  "/work/wt/conversion/sources/panelactions/panel.cpp"
+  "/work/wt/conversion/sources/panelactions/panelmanager.cpp"
+  "/work/wt/conversion/sources/utility/databaseapilistreader.cpp"
+  "/work/wt/conversion/sources/utility/databaselistreader.cpp"
+  "/work/wt/conversion/sources/utility/enginesuspender.cpp"
+  "/work/wt/conversion/sources/utility/enginesuspender_win.cpp"
+  "/work/wt/conversion/sources/utility/eventsender.cpp"
+  "/work/wt/conversion/sources/utility/eventsender_win.cpp"
+  "/work/wt/conversion/sources/utility/folder.cpp"
+  "/work/wt/conversion/sources/utility/historylist.cpp"
+  "/work/wt/conversion/sources/utility/reader.cpp"
+  "/work/wt/conversion/sources/utility/recentfolderstorage.cpp"
+  "/work/wt/conversion/sources/utility/settings.cpp"
+  "/work/wt/conversion/sources/utility/workingfolder.cpp"
   )
 if(NOT "${NEW_GLOB}" STREQUAL "${OLD_GLOB}")
   message("-- GLOB mismatch!")
-  file(TOUCH_NOCREATE "/work/main/build/CMakeFiles/cmake.verify_globs")
+  file(TOUCH_NOCREATE "/work/wt/conversion/build/CMakeFiles/cmake.verify_globs")
 endif()
 
 # NAVARCH_SOURCES at sources/CMakeLists.txt:3 (file)
-file(GLOB_RECURSE NEW_GLOB LIST_DIRECTORIES false "/work/main/sources/*.h")
+file(GLOB_RECURSE NEW_GLOB LIST_DIRECTORIES false "/work/wt/conversion/sources/*.h")
 set(OLD_GLOB
-  "/work/main/sources/commands/command.h"
-  "/work/main/sources/commands/commandline.h"
-  "/work/main/sources/commands/conversion.h"
-  "/work/main/sources/commands/conversioncontroller.h"
-  "/work/main/sources/commands/edit.h"
-  "/work/main/sources/commands/navarch.h"
-  "/work/main/sources/mainwindow.h"
-  "/work/main/sources/panelactions/panel.h"
-  "/work/main/sources/panelactions/panelmanager.h"
-  "/work/main/sources/utility/databaseapilistreader.h"
-  "/work/main/sources/utility/databaselistreader.h"
-  "/work/main/sources/utility/folder.h"
-  "/work/main/sources/utility/historylist.h"
-  "/work/main/sources/utility/reader.h"
-  "/work/main/sources/utility/recentfolderstorage.h"
-  "/work/main/sources/utility/settings.h"
-  "/work/main/sources/utility/workingfolder.h"
+  "/work/wt/conversion/sources/commands/command.h"
+  "/work/wt/conversion/sources/commands/commandline.h"
+  "/work/wt/conversion/sources/commands/conversion.h"
+  "/work/wt/conversion/sources/commands/conversioncontroller.h"
+  "/work/wt/conversion/sources/commands/conversionlogview.h"
+  "/work/wt/conversion/sources/commands/conversionoutput.h"
+  "/work/wt/conversion/sources/commands/edit.h"
+  "/work/wt/conversion/sources/commands/navarch.h"
+  "/work/wt/conversion/sources/commands/stopconversion.h"
+  "/work/wt/conversion/sources/dialogs/connectionoptionsdialog.h"
+  "/work/wt/conversion/sources/dialogs/conversionoptionsdialog.h"
+  "/work/wt/conversion/sources/dialogs/encodingoptionsdialog.h"
+  "/work/wt/conversion/sources/dialogs/filemaskdialog.h"
+  "/work/wt/conversion/sources/dialogs/migrationoptionsdialog.h"
+  "/work/wt/conversion/sources/mainwindow.h"
+  "/work/wt/conversion/sources/panelactions/panel.h"
+  "/work/wt/conversion/sources/panelactions/panelmanager.h"
+  "/work/wt/conversion/sources/utility/databaseapilistreader.h"
+  "/work/wt/conversion/sources/utility/databaselistreader.h"
+  "/work/wt/conversion/sources/utility/enginesuspender.h"
+  "/work/wt/conversion/sources/utility/eventsender.h"
+  "/work/wt/conversion/sources/utility/folder.h"
+  "/work/wt/conversion/sources/utility/historylist.h"
+  "/work/wt/conversion/sources/utility/reader.h"
+  "/work/wt/conversion/sources/utility/recentfolderstorage.h"
+  "/work/wt/conversion/sources/utility/settings.h"
+  "/work/wt/conversion/sources/utility/workingfolder.h"
   )
 if(NOT "${NEW_GLOB}" STREQUAL "${OLD_GLOB}")
   message("-- GLOB mismatch!")
-  file(TOUCH_NOCREATE "/work/main/build/CMakeFiles/cmake.verify_globs")
+  file(TOUCH_NOCREATE "/work/wt/conversion/build/CMakeFiles/cmake.verify_globs")
 endif()
 
 # NAVARCH_SOURCES at sources/CMakeLists.txt:3 (file)
-file(GLOB_RECURSE NEW_GLOB LIST_DIRECTORIES false "/work/main/sources/*.ui")
+file(GLOB_RECURSE NEW_GLOB LIST_DIRECTORIES false "/work/wt/conversion/sources/*.ui")
 set(OLD_GLOB
-  "/work/main/sources/mainwindow.ui"
+  "/work/wt/conversion/sources/mainwindow.ui"
   )
 if(NOT "${NEW_GLOB}" STREQUAL "${OLD_GLOB}")
   message("-- GLOB mismatch!")
-  file(TOUCH_NOCREATE "/work/main/build/CMakeFiles/cmake.verify_globs")
+  file(TOUCH_NOCREATE "/work/wt/conversion/build/CMakeFiles/cmake.verify_globs")
 endif()

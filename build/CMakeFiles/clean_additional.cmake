@@ -15,5 +15,14 @@ if("${CONFIG}" STREQUAL "" OR "${CONFIG}" STREQUAL "RelWithDebInfo")
   "sources/CMakeFiles/navarch_autogen.dir/ParseCache.txt"
   "sources/morvane-navarch_autogen"
   "sources/navarch_autogen"
+  "tests/CMakeFiles/tst_conversion_autogen.dir/AutogenUsed.txt"
+  "tests/CMakeFiles/tst_conversion_autogen.dir/ParseCache.txt"
+  "tests/CMakeFiles/tst_conversionoutput_autogen.dir/AutogenUsed.txt"
+  "tests/CMakeFiles/tst_conversionoutput_autogen.dir/ParseCache.txt"
+  "tests/testengine/CMakeFiles/testengine_autogen.dir/AutogenUsed.txt"
+  "tests/testengine/CMakeFiles/testengine_autogen.dir/ParseCache.txt"
+  "tests/testengine/testengine_autogen"
+  "tests/tst_conversion_autogen"
+  "tests/tst_conversionoutput_autogen"
   )
 endif()

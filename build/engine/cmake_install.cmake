@@ -1,4 +1,4 @@
-# Install script for directory: /work/main/engine
+# Install script for directory: /work/wt/conversion/engine
 
 # Set the install prefix
 if(NOT DEFINED CMAKE_INSTALL_PREFIX)

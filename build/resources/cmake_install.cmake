@@ -1,4 +1,4 @@
-# Install script for directory: /work/main/resources
+# Install script for directory: /work/wt/conversion/resources
 
 # Set the install prefix
 if(NOT DEFINED CMAKE_INSTALL_PREFIX)

@@ -1,6 +1,6 @@
 # CMake generated Testfile for 
-# Source directory: /work/main/sources
-# Build directory: /work/main/build/sources
+# Source directory: /work/wt/conversion/sources
+# Build directory: /work/wt/conversion/build/sources
 # 
 # This file includes the relevant testing commands required for 
 # testing this directory and lists subdirectories to be tested as well.

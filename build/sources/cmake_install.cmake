@@ -1,4 +1,4 @@
-# Install script for directory: /work/main/sources
+# Install script for directory: /work/wt/conversion/sources
 
 # Set the install prefix
 if(NOT DEFINED CMAKE_INSTALL_PREFIX)

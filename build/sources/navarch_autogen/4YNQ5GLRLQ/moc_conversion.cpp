@@ -22,8 +22,8 @@ QT_BEGIN_MOC_NAMESPACE
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED
 struct qt_meta_stringdata_Conversion_t {
-    QByteArrayData data[17];
-    char stringdata0[255];
+    QByteArrayData data[19];
+    char stringdata0[284];
 };
 #define QT_MOC_LITERAL(idx, ofs, len) \
     Q_STATIC_BYTE_ARRAY_DATA_HEADER_INITIALIZER_WITH_OFFSET(len, \
@@ -37,22 +37,25 @@ QT_MOC_LITERAL(1, 11, 19), // "showTerminateDialog"
 QT_MOC_LITERAL(2, 31, 0), // ""
 QT_MOC_LITERAL(3, 32, 21), // "standardOutputChanged"
 QT_MOC_LITERAL(4, 54, 13), // "errorsChanged"
-QT_MOC_LITERAL(5, 68, 19), // "setSourceConversion"
-QT_MOC_LITERAL(6, 88, 16), // "sourceConversion"
-QT_MOC_LITERAL(7, 105, 19), // "setTargetConversion"
-QT_MOC_LITERAL(8, 125, 16), // "targetConversion"
-QT_MOC_LITERAL(9, 142, 25), // "setSourceConversionOption"
-QT_MOC_LITERAL(10, 168, 8), // "database"
-QT_MOC_LITERAL(11, 177, 3), // "api"
-QT_MOC_LITERAL(12, 181, 25), // "setTargetConversionOption"
-QT_MOC_LITERAL(13, 207, 7), // "setFile"
-QT_MOC_LITERAL(14, 215, 16), // "absolutePathFile"
-QT_MOC_LITERAL(15, 232, 12), // "setOutputDir"
-QT_MOC_LITERAL(16, 245, 9) // "outputDir"
+QT_MOC_LITERAL(5, 68, 9), // "terminate"
+QT_MOC_LITERAL(6, 78, 18), // "readStandardOutput"
+QT_MOC_LITERAL(7, 97, 19), // "setSourceConversion"
+QT_MOC_LITERAL(8, 117, 16), // "sourceConversion"
+QT_MOC_LITERAL(9, 134, 19), // "setTargetConversion"
+QT_MOC_LITERAL(10, 154, 16), // "targetConversion"
+QT_MOC_LITERAL(11, 171, 25), // "setSourceConversionOption"
+QT_MOC_LITERAL(12, 197, 8), // "database"
+QT_MOC_LITERAL(13, 206, 3), // "api"
+QT_MOC_LITERAL(14, 210, 25), // "setTargetConversionOption"
+QT_MOC_LITERAL(15, 236, 7), // "setFile"
+QT_MOC_LITERAL(16, 244, 16), // "absolutePathFile"
+QT_MOC_LITERAL(17, 261, 12), // "setOutputDir"
+QT_MOC_LITERAL(18, 274, 9) // "outputDir"
 
     },
     "Conversion\0showTerminateDialog\0\0"
     "standardOutputChanged\0errorsChanged\0"
+    "terminate\0readStandardOutput\0"
     "setSourceConversion\0sourceConversion\0"
     "setTargetConversion\0targetConversion\0"
     "setSourceConversionOption\0database\0"
@@ -67,7 +70,7 @@ static const uint qt_meta_data_Conversion[] = {
        8,       // revision
        0,       // classname
        0,    0, // classinfo
-       9,   14, // methods
+      11,   14, // methods
        0,    0, // properties
        0,    0, // enums/sets
        0,    0, // constructors
@@ -75,17 +78,19 @@ static const uint qt_meta_data_Conversion[] = {
        3,       // signalCount
 
  // signals: name, argc, parameters, tag, flags
-       1,    0,   59,    2, 0x06 /* Public */,
-       3,    0,   60,    2, 0x06 /* Public */,
-       4,    0,   61,    2, 0x06 /* Public */,
+       1,    0,   69,    2, 0x06 /* Public */,
+       3,    0,   70,    2, 0x06 /* Public */,
+       4,    0,   71,    2, 0x06 /* Public */,
 
  // slots: name, argc, parameters, tag, flags
-       5,    1,   62,    2, 0x0a /* Public */,
-       7,    1,   65,    2, 0x0a /* Public */,
-       9,    2,   68,    2, 0x0a /* Public */,
-      12,    2,   73,    2, 0x0a /* Public */,
-      13,    1,   78,    2, 0x0a /* Public */,
-      15,    1,   81,    2, 0x0a /* Public */,
+       5,    0,   72,    2, 0x0a /* Public */,
+       6,    0,   73,    2, 0x0a /* Public */,
+       7,    1,   74,    2, 0x0a /* Public */,
+       9,    1,   77,    2, 0x0a /* Public */,
+      11,    2,   80,    2, 0x0a /* Public */,
+      14,    2,   85,    2, 0x0a /* Public */,
+      15,    1,   90,    2, 0x0a /* Public */,
+      17,    1,   93,    2, 0x0a /* Public */,
 
  // signals: parameters
     QMetaType::Void,
@@ -93,12 +98,14 @@ static const uint qt_meta_data_Conversion[] = {
     QMetaType::Void,
 
  // slots: parameters
-    QMetaType::Void, QMetaType::QString,    6,
+    QMetaType::Void,
+    QMetaType::Void,
     QMetaType::Void, QMetaType::QString,    8,
-    QMetaType::Void, QMetaType::QString, QMetaType::QString,   10,   11,
-    QMetaType::Void, QMetaType::QString, QMetaType::QString,   10,   11,
-    QMetaType::Void, QMetaType::QStringList,   14,
-    QMetaType::Void, QMetaType::QString,   16,
+    QMetaType::Void, QMetaType::QString,   10,
+    QMetaType::Void, QMetaType::QString, QMetaType::QString,   12,   13,
+    QMetaType::Void, QMetaType::QString, QMetaType::QString,   12,   13,
+    QMetaType::Void, QMetaType::QStringList,   16,
+    QMetaType::Void, QMetaType::QString,   18,
 
        0        // eod
 };
@@ -112,12 +119,14 @@ void Conversion::qt_static_metacall(QObject *_o, QMetaObject::Call _c, int _id, 
         case 0: _t->showTerminateDialog(); break;
         case 1: _t->standardOutputChanged(); break;
         case 2: _t->errorsChanged(); break;
-        case 3: _t->setSourceConversion((*reinterpret_cast< QString(*)>(_a[1]))); break;
-        case 4: _t->setTargetConversion((*reinterpret_cast< QString(*)>(_a[1]))); break;
-        case 5: _t->setSourceConversionOption((*reinterpret_cast< QString(*)>(_a[1])),(*reinterpret_cast< QString(*)>(_a[2]))); break;
-        case 6: _t->setTargetConversionOption((*reinterpret_cast< QString(*)>(_a[1])),(*reinterpret_cast< QString(*)>(_a[2]))); break;
-        case 7: _t->setFile((*reinterpret_cast< QStringList(*)>(_a[1]))); break;
-        case 8: _t->setOutputDir((*reinterpret_cast< QString(*)>(_a[1]))); break;
+        case 3: _t->terminate(); break;
+        case 4: _t->readStandardOutput(); break;
+        case 5: _t->setSourceConversion((*reinterpret_cast< QString(*)>(_a[1]))); break;
+        case 6: _t->setTargetConversion((*reinterpret_cast< QString(*)>(_a[1]))); break;
+        case 7: _t->setSourceConversionOption((*reinterpret_cast< QString(*)>(_a[1])),(*reinterpret_cast< QString(*)>(_a[2]))); break;
+        case 8: _t->setTargetConversionOption((*reinterpret_cast< QString(*)>(_a[1])),(*reinterpret_cast< QString(*)>(_a[2]))); break;
+        case 9: _t->setFile((*reinterpret_cast< QStringList(*)>(_a[1]))); break;
+        case 10: _t->setOutputDir((*reinterpret_cast< QString(*)>(_a[1]))); break;
         default: ;
         }
     } else if (_c == QMetaObject::IndexOfMethod) {
@@ -177,13 +186,13 @@ int Conversion::qt_metacall(QMetaObject::Call _c, int _id, void **_a)
     if (_id < 0)
         return _id;
     if (_c == QMetaObject::InvokeMetaMethod) {
-        if (_id < 9)
+        if (_id < 11)
             qt_static_metacall(this, _c, _id, _a);
-        _id -= 9;
+        _id -= 11;
     } else if (_c == QMetaObject::RegisterMethodArgumentMetaType) {
-        if (_id < 9)
+        if (_id < 11)
             *reinterpret_cast<int*>(_a[0]) = -1;
-        _id -= 9;
+        _id -= 11;
     }
     return _id;
 }

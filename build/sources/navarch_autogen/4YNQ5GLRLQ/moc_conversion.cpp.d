@@ -1,5 +1,5 @@
-/work/main/build/sources/navarch_autogen/4YNQ5GLRLQ/moc_conversion.cpp: /work/main/sources/commands/conversion.h \
-  /work/main/build/sources/navarch_autogen/moc_predefs.h \
+/work/wt/conversion/build/sources/navarch_autogen/4YNQ5GLRLQ/moc_conversion.cpp: /work/wt/conversion/sources/commands/conversion.h \
+  /work/wt/conversion/build/sources/navarch_autogen/moc_predefs.h \
   /usr/include/assert.h \
   /usr/include/c++/12/algorithm \
   /usr/include/c++/12/array \
@@ -82,6 +82,7 @@
   /usr/include/c++/12/bits/utility.h \
   /usr/include/c++/12/bits/vector.tcc \
   /usr/include/c++/12/cctype \
+  /usr/include/c++/12/climits \
   /usr/include/c++/12/clocale \
   /usr/include/c++/12/compare \
   /usr/include/c++/12/concepts \
@@ -186,9 +187,12 @@
   /usr/include/x86_64-linux-gnu/c++/12/bits/os_defines.h \
   /usr/include/x86_64-linux-gnu/gnu/stubs-64.h \
   /usr/include/x86_64-linux-gnu/gnu/stubs.h \
+  /usr/include/x86_64-linux-gnu/qt5/QtCore/QByteArray \
   /usr/include/x86_64-linux-gnu/qt5/QtCore/QMap \
   /usr/include/x86_64-linux-gnu/qt5/QtCore/QProcess \
+  /usr/include/x86_64-linux-gnu/qt5/QtCore/QString \
   /usr/include/x86_64-linux-gnu/qt5/QtCore/QStringList \
+  /usr/include/x86_64-linux-gnu/qt5/QtCore/QVector \
   /usr/include/x86_64-linux-gnu/qt5/QtCore/qalgorithms.h \
   /usr/include/x86_64-linux-gnu/qt5/QtCore/qarraydata.h \
   /usr/include/x86_64-linux-gnu/qt5/QtCore/qatomic.h \
@@ -244,4 +248,5 @@
   /usr/lib/gcc/x86_64-linux-gnu/12/include/stdarg.h \
   /usr/lib/gcc/x86_64-linux-gnu/12/include/stddef.h \
   /usr/lib/gcc/x86_64-linux-gnu/12/include/syslimits.h \
-  /work/main/sources/commands/command.h
+  /work/wt/conversion/sources/commands/command.h \
+  /work/wt/conversion/sources/commands/conversionoutput.h

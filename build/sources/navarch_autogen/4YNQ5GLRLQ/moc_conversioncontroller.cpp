@@ -22,8 +22,8 @@ QT_BEGIN_MOC_NAMESPACE
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED
 struct qt_meta_stringdata_ConversionController_t {
-    QByteArrayData data[9];
-    char stringdata0[120];
+    QByteArrayData data[10];
+    char stringdata0[132];
 };
 #define QT_MOC_LITERAL(idx, ofs, len) \
     Q_STATIC_BYTE_ARRAY_DATA_HEADER_INITIALIZER_WITH_OFFSET(len, \
@@ -40,13 +40,14 @@ QT_MOC_LITERAL(4, 42, 14), // "conversionMode"
 QT_MOC_LITERAL(5, 57, 23), // "changeConversionIndexes"
 QT_MOC_LITERAL(6, 81, 11), // "sourceIndex"
 QT_MOC_LITERAL(7, 93, 11), // "targetIndex"
-QT_MOC_LITERAL(8, 105, 14) // "StopConversion"
+QT_MOC_LITERAL(8, 105, 11), // "runFinished"
+QT_MOC_LITERAL(9, 117, 14) // "StopConversion"
 
     },
     "ConversionController\0pauseMode\0\0"
     "isRunning\0conversionMode\0"
     "changeConversionIndexes\0sourceIndex\0"
-    "targetIndex\0StopConversion"
+    "targetIndex\0runFinished\0StopConversion"
 };
 #undef QT_MOC_LITERAL
 
@@ -56,25 +57,27 @@ static const uint qt_meta_data_ConversionController[] = {
        8,       // revision
        0,       // classname
        0,    0, // classinfo
-       4,   14, // methods
+       5,   14, // methods
        0,    0, // properties
        0,    0, // enums/sets
        0,    0, // constructors
        0,       // flags
-       3,       // signalCount
+       4,       // signalCount
 
  // signals: name, argc, parameters, tag, flags
-       1,    1,   34,    2, 0x06 /* Public */,
-       4,    0,   37,    2, 0x06 /* Public */,
-       5,    2,   38,    2, 0x06 /* Public */,
+       1,    1,   39,    2, 0x06 /* Public */,
+       4,    0,   42,    2, 0x06 /* Public */,
+       5,    2,   43,    2, 0x06 /* Public */,
+       8,    0,   48,    2, 0x06 /* Public */,
 
  // slots: name, argc, parameters, tag, flags
-       8,    0,   43,    2, 0x0a /* Public */,
+       9,    0,   49,    2, 0x0a /* Public */,
 
  // signals: parameters
     QMetaType::Void, QMetaType::Bool,    3,
     QMetaType::Void,
     QMetaType::Void, QMetaType::Int, QMetaType::Int,    6,    7,
+    QMetaType::Void,
 
  // slots: parameters
     QMetaType::Void,
@@ -91,7 +94,8 @@ void ConversionController::qt_static_metacall(QObject *_o, QMetaObject::Call _c,
         case 0: _t->pauseMode((*reinterpret_cast< bool(*)>(_a[1]))); break;
         case 1: _t->conversionMode(); break;
         case 2: _t->changeConversionIndexes((*reinterpret_cast< int(*)>(_a[1])),(*reinterpret_cast< int(*)>(_a[2]))); break;
-        case 3: _t->StopConversion(); break;
+        case 3: _t->runFinished(); break;
+        case 4: _t->StopConversion(); break;
         default: ;
         }
     } else if (_c == QMetaObject::IndexOfMethod) {
@@ -114,6 +118,13 @@ void ConversionController::qt_static_metacall(QObject *_o, QMetaObject::Call _c,
             using _t = void (ConversionController::*)(int , int );
             if (*reinterpret_cast<_t *>(_a[1]) == static_cast<_t>(&ConversionController::changeConversionIndexes)) {
                 *result = 2;
+                return;
+            }
+        }
+        {
+            using _t = void (ConversionController::*)();
+            if (*reinterpret_cast<_t *>(_a[1]) == static_cast<_t>(&ConversionController::runFinished)) {
+                *result = 3;
                 return;
             }
         }
@@ -149,13 +160,13 @@ int ConversionController::qt_metacall(QMetaObject::Call _c, int _id, void **_a)
     if (_id < 0)
         return _id;
     if (_c == QMetaObject::InvokeMetaMethod) {
-        if (_id < 4)
+        if (_id < 5)
             qt_static_metacall(this, _c, _id, _a);
-        _id -= 4;
+        _id -= 5;
     } else if (_c == QMetaObject::RegisterMethodArgumentMetaType) {
-        if (_id < 4)
+        if (_id < 5)
             *reinterpret_cast<int*>(_a[0]) = -1;
-        _id -= 4;
+        _id -= 5;
     }
     return _id;
 }
@@ -178,6 +189,12 @@ void ConversionController::changeConversionIndexes(int _t1, int _t2)
 {
     void *_a[] = { nullptr, const_cast<void*>(reinterpret_cast<const void*>(std::addressof(_t1))), const_cast<void*>(reinterpret_cast<const void*>(std::addressof(_t2))) };
     QMetaObject::activate(this, &staticMetaObject, 2, _a);
+}
+
+// SIGNAL 3
+void ConversionController::runFinished()
+{
+    QMetaObject::activate(this, &staticMetaObject, 3, nullptr);
 }
 QT_WARNING_POP
 QT_END_MOC_NAMESPACE

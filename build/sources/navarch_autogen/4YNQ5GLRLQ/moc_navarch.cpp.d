@@ -1,5 +1,5 @@
-/work/main/build/sources/navarch_autogen/4YNQ5GLRLQ/moc_navarch.cpp: /work/main/sources/commands/navarch.h \
-  /work/main/build/sources/navarch_autogen/moc_predefs.h \
+/work/wt/conversion/build/sources/navarch_autogen/4YNQ5GLRLQ/moc_navarch.cpp: /work/wt/conversion/sources/commands/navarch.h \
+  /work/wt/conversion/build/sources/navarch_autogen/moc_predefs.h \
   /usr/include/assert.h \
   /usr/include/c++/12/algorithm \
   /usr/include/c++/12/array \
@@ -239,4 +239,4 @@
   /usr/lib/gcc/x86_64-linux-gnu/12/include/stdarg.h \
   /usr/lib/gcc/x86_64-linux-gnu/12/include/stddef.h \
   /usr/lib/gcc/x86_64-linux-gnu/12/include/syslimits.h \
-  /work/main/sources/commands/command.h
+  /work/wt/conversion/sources/commands/command.h

@@ -1,5 +1,5 @@
-/work/main/build/sources/navarch_autogen/EWIEGA46WW/moc_mainwindow.cpp: /work/main/sources/mainwindow.h \
-  /work/main/build/sources/navarch_autogen/moc_predefs.h \
+/work/wt/conversion/build/sources/navarch_autogen/EWIEGA46WW/moc_mainwindow.cpp: /work/wt/conversion/sources/mainwindow.h \
+  /work/wt/conversion/build/sources/navarch_autogen/moc_predefs.h \
   /usr/include/asm-generic/errno-base.h \
   /usr/include/asm-generic/errno.h \
   /usr/include/assert.h \

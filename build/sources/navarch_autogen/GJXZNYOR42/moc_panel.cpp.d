@@ -1,5 +1,5 @@
-/work/main/build/sources/navarch_autogen/GJXZNYOR42/moc_panel.cpp: /work/main/sources/panelactions/panel.h \
-  /work/main/build/sources/navarch_autogen/moc_predefs.h \
+/work/wt/conversion/build/sources/navarch_autogen/GJXZNYOR42/moc_panel.cpp: /work/wt/conversion/sources/panelactions/panel.h \
+  /work/wt/conversion/build/sources/navarch_autogen/moc_predefs.h \
   /usr/include/asm-generic/errno-base.h \
   /usr/include/asm-generic/errno.h \
   /usr/include/assert.h \
@@ -299,5 +299,5 @@
   /usr/lib/gcc/x86_64-linux-gnu/12/include/stddef.h \
   /usr/lib/gcc/x86_64-linux-gnu/12/include/stdint.h \
   /usr/lib/gcc/x86_64-linux-gnu/12/include/syslimits.h \
-  /work/main/sources/commands/command.h \
-  /work/main/sources/commands/edit.h
+  /work/wt/conversion/sources/commands/command.h \
+  /work/wt/conversion/sources/commands/edit.h

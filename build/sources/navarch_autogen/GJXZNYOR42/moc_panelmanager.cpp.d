@@ -1,5 +1,5 @@
-/work/main/build/sources/navarch_autogen/GJXZNYOR42/moc_panelmanager.cpp: /work/main/sources/panelactions/panelmanager.h \
-  /work/main/build/sources/navarch_autogen/moc_predefs.h \
+/work/wt/conversion/build/sources/navarch_autogen/GJXZNYOR42/moc_panelmanager.cpp: /work/wt/conversion/sources/panelactions/panelmanager.h \
+  /work/wt/conversion/build/sources/navarch_autogen/moc_predefs.h \
   /usr/include/assert.h \
   /usr/include/c++/12/algorithm \
   /usr/include/c++/12/array \

@@ -1,5 +1,5 @@
-/work/main/build/sources/navarch_autogen/HPF2NUMOCS/moc_folder.cpp: /work/main/sources/utility/folder.h \
-  /work/main/build/sources/navarch_autogen/moc_predefs.h \
+/work/wt/conversion/build/sources/navarch_autogen/HPF2NUMOCS/moc_folder.cpp: /work/wt/conversion/sources/utility/folder.h \
+  /work/wt/conversion/build/sources/navarch_autogen/moc_predefs.h \
   /usr/include/assert.h \
   /usr/include/c++/12/algorithm \
   /usr/include/c++/12/array \

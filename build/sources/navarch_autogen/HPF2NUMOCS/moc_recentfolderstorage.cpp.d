@@ -1,5 +1,5 @@
-/work/main/build/sources/navarch_autogen/HPF2NUMOCS/moc_recentfolderstorage.cpp: /work/main/sources/utility/recentfolderstorage.h \
-  /work/main/build/sources/navarch_autogen/moc_predefs.h \
+/work/wt/conversion/build/sources/navarch_autogen/HPF2NUMOCS/moc_recentfolderstorage.cpp: /work/wt/conversion/sources/utility/recentfolderstorage.h \
+  /work/wt/conversion/build/sources/navarch_autogen/moc_predefs.h \
   /usr/include/assert.h \
   /usr/include/c++/12/algorithm \
   /usr/include/c++/12/array \

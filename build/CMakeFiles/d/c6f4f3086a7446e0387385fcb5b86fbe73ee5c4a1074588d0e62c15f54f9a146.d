@@ -11,7 +11,7 @@ resources/svgtopng_autogen/timestamp: \
   resources/fonts.qrc.in \
   resources/images.qrc \
   resources/images.qrc.in \
-  /work/main/resources/CMakeLists.txt \
-  /work/main/resources/resources.qrc \
-  /work/main/resources/svgtopng.cpp \
+  /work/wt/conversion/resources/CMakeLists.txt \
+  /work/wt/conversion/resources/resources.qrc \
+  /work/wt/conversion/resources/svgtopng.cpp \
   /usr/bin/cmake
