@@ -1,4 +1,0 @@
-tests/testengine/testengine_autogen/timestamp: \
-  /work/wt/conversion/tests/testengine/CMakeLists.txt \
-  /work/wt/conversion/tests/testengine/main.cpp \
-  /usr/bin/cmake

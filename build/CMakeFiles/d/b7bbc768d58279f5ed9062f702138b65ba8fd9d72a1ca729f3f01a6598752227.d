@@ -1,2 +1,0 @@
-resources/navarch_resources_autogen/timestamp: \
-  /usr/bin/cmake

@@ -1,6 +1,0 @@
-# CMake generated Testfile for 
-# Source directory: /work/wt/conversion/sources
-# Build directory: /work/wt/conversion/build/sources
-# 
-# This file includes the relevant testing commands required for 
-# testing this directory and lists subdirectories to be tested as well.
