@@ -5,6 +5,8 @@
 #include "conversioncontroller.h"
 #include "conversionlogview.h"
 #include "encodingoptionsdialog.h"
+#include "filesystemview.h"
+#include "filterdialog.h"
 #include "migrationoptionsdialog.h"
 #include "panel.h"
 #include "panelmanager.h"
@@ -193,8 +195,7 @@ void MainWindow::readSettings()
     const QStringList commands = settings.value(QStringLiteral("Commands"))
                                      .toString()
                                      .split(QLatin1Char(';'), Qt::SkipEmptyParts);
-    for (const QString &command : commands)
-        m_ui->comboBoxEditCommand->insertItem(0, command);
+    m_ui->comboBoxEditCommand->insertItems(0, commands);
     m_ui->comboBoxEditCommand->insertItem(0, QString());
     m_ui->comboBoxEditCommand->setCurrentIndex(0);
 
@@ -333,6 +334,10 @@ void MainWindow::changeConversionIndexes(int sourceIndex, int targetIndex)
 
 void MainWindow::ShowFilterDialog()
 {
+    FileSystemView *view = m_panelManager->currentPanel()->fileSystemView();
+    FilterDialog dialog(this);
+    if (dialog.exec() == QDialog::Accepted)
+        view->setMask(dialog.mask());
 }
 
 void MainWindow::showFindLog()

@@ -31,7 +31,7 @@ Command *Navarch::getCommand(const CommandType &type)
     const auto it = m_commands.constFind(type);
     if (it != m_commands.constEnd())
         return it.value();
-    qDebug() << "Unknown command " << static_cast<int>(type);
+    qDebug().noquote().nospace() << "Unknown command " << static_cast<int>(type);
     return nullptr;
 }
 

@@ -1,35 +1,174 @@
 #include "panel.h"
 
+#include "filesystemview.h"
+#include "recentfolderstorage.h"
+#include "treewidget.h"
 
+#include <QAbstractScrollArea>
 #include <QBoxLayout>
+#include <QDir>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QScrollBar>
+#include <QSettings>
+#include <QToolButton>
 #include <QWidget>
 
-// Placeholder until the file panels land: a blank area under the path label.
-Panel::Panel(QBoxLayout *layout, QWidget *parentWidget, QStatusBar *, QLabel *pathLabel,
+Panel::Panel(QBoxLayout *layout, QWidget *parentWidget, QStatusBar *statusBar, QLabel *pathLabel,
              bool isLeft, QObject *parent)
     : QObject(parent)
     , m_isLeft(isLeft)
     , m_pathLabel(pathLabel)
 {
     m_container = new QWidget(parentWidget);
-    m_container->setFocusPolicy(Qt::StrongFocus);
+    m_container->setObjectName(isLeft ? QStringLiteral("leftPanel") : QStringLiteral("rightPanel"));
+    auto *outer = new QVBoxLayout(m_container);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->setSpacing(2);
     layout->addWidget(m_container);
+    createTitleBar();
+    m_contentLayout = new QVBoxLayout;
+    m_contentLayout->setContentsMargins(0, 0, 0, 0);
+    outer->addLayout(m_contentLayout);
+
+    m_view = new FileSystemView(this);
+    m_view->init(m_contentLayout, m_container, statusBar);
+    m_container->setFocusProxy(m_view->treeWidget());
+
+    connect(m_view, &FileSystemView::changeCurrentPath, this, &Panel::changeOutputDirEx);
+    connect(m_view, &FileSystemView::changeFolder, this, &Panel::changeFolderEx);
+    connect(m_view, &FileSystemView::editFile, this, [this] { editSelectedFile(); });
+    connect(m_view, &FileSystemView::changeIcon, this, &Panel::changeWaitIcon);
+    connect(m_view, &FileSystemView::changeAbsolutePath, this, &Panel::changeAbsolutePath);
+    connect(m_maximizeButton, &QToolButton::clicked, this, &Panel::maximizeSubPanel);
+    connect(m_closeButton, &QToolButton::clicked, this, [this] { closeEdit(); });
 }
 
 Panel::~Panel() = default;
 
-bool Panel::isActive() const { return m_container->hasFocus(); }
-QString Panel::currentPath() const { return QString(); }
-QStringList Panel::selectedPaths(bool) const { return {}; }
-QStringList Panel::selectedFiles() const { return {}; }
-bool Panel::handleKey(QKeyEvent *) { return false; }
+void Panel::createTitleBar()
+{
+    auto *bar = new QHBoxLayout;
+    bar->setContentsMargins(2, 0, 2, 0);
+    auto *caption = new QLabel(QStringLiteral("file name:"), m_container);
+    m_fileNameLabel = new QLabel(m_container);
+    m_fileNameLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_maximizeButton = new QToolButton(m_container);
+    m_maximizeButton->setIcon(QIcon(QStringLiteral(":/images/file.png")));
+    m_maximizeButton->setToolTip(QStringLiteral("Maximize Panel"));
+    m_maximizeButton->setCheckable(true);
+    m_maximizeButton->setAutoRaise(true);
+    m_maximizeButton->setFocusPolicy(Qt::NoFocus);
+    m_closeButton = new QToolButton(m_container);
+    m_closeButton->setIcon(QIcon(QStringLiteral(":/images/close.png")));
+    m_closeButton->setToolTip(QStringLiteral("Close Panel"));
+    m_closeButton->setAutoRaise(true);
+    m_closeButton->setFocusPolicy(Qt::NoFocus);
+    bar->addWidget(caption);
+    bar->addWidget(m_fileNameLabel, 1);
+    bar->addWidget(m_maximizeButton);
+    bar->addWidget(m_closeButton);
+    static_cast<QVBoxLayout *>(m_container->layout())->addLayout(bar);
+}
+
+bool Panel::isActive() const
+{
+    const QWidget *focus = m_container->focusWidget();
+    return m_container->hasFocus() || (focus && focus->hasFocus());
+}
+
+QString Panel::currentPath() const
+{
+    return m_view->currentPath();
+}
+
+QStringList Panel::selectedPaths(bool withMask) const
+{
+    return m_view->selectedPaths(withMask);
+}
+
+QStringList Panel::selectedFiles() const
+{
+    return m_view->selectedFiles();
+}
+
+void Panel::showBrowser(bool show)
+{
+    m_view->treeWidget()->setVisible(show);
+    if (show)
+        m_view->treeWidget()->setFocus();
+}
+
+QScrollBar *Panel::editorScrollBar() const
+{
+    if (!m_edit)
+        return nullptr;
+    // The editor is the scroll area in this panel that is not the browser's list.
+    const auto areas = m_container->findChildren<QAbstractScrollArea *>();
+    for (QAbstractScrollArea *area : areas) {
+        if (area != m_view->treeWidget() && area->isVisible())
+            return area->verticalScrollBar();
+    }
+    return nullptr;
+}
+
+bool Panel::handleKey(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Escape:
+        if (isEditing()) {
+            closeEdit();
+            return true;
+        }
+        if (m_view->isListing()) {
+            m_view->stopFlatListView();
+            return true;
+        }
+        return false;
+    case Qt::Key_F3:
+        if (isEditing())
+            return false;
+        editSelectedFile(false);
+        return true;
+    case Qt::Key_F4:
+        if (isEditing())
+            return false;
+        editSelectedFile(true);
+        return true;
+    case Qt::Key_F7:
+        if (isEditing())
+            return false;
+        Q_EMIT makeDirRequested();
+        return true;
+    case Qt::Key_F8:
+    case Qt::Key_Delete:
+        if (isEditing() || event->modifiers() != Qt::NoModifier)
+            return false;
+        Q_EMIT removeRequested();
+        return true;
+    case Qt::Key_Insert: {
+        if (isEditing())
+            return false;
+        TreeWidget *tree = m_view->treeWidget();
+        QTreeWidgetItem *item = tree->currentItem();
+        if (!item)
+            return true;
+        item->setSelected(!item->isSelected());
+        const int index = tree->indexOfTopLevelItem(item);
+        if (QTreeWidgetItem *next = tree->topLevelItem(index + 1))
+            tree->setCurrentItem(next, 0, QItemSelectionModel::NoUpdate);
+        return true;
+    }
+    default:
+        return false;
+    }
+}
 
 void Panel::setKeyFilter(QObject *filter)
 {
     m_keyFilter = filter;
     m_container->installEventFilter(filter);
+    m_view->treeWidget()->installEventFilter(filter);
 }
 
 bool Panel::owns(const QObject *object) const
@@ -40,26 +179,117 @@ bool Panel::owns(const QObject *object) const
     }
     return false;
 }
-void Panel::addLinesTo(FileComparator &, bool) const {}
-void Panel::readSettings(QSettings &, const QString &) {}
-void Panel::writeSettings(QSettings &, const QString &) const {}
+
+void Panel::readSettings(QSettings &settings, const QString &group)
+{
+    settings.beginGroup(group);
+    const QString mask = settings.value(QStringLiteral("Mask"), QStringLiteral("*.*")).toString();
+    const QString path = settings.value(QStringLiteral("Path")).toString();
+    settings.endGroup();
+    m_view->setMask(mask);
+    if (path.isEmpty() || !m_view->changePath(path))
+        m_view->changePath(QDir::homePath());
+}
+
+void Panel::writeSettings(QSettings &settings, const QString &group) const
+{
+    settings.beginGroup(group);
+    settings.setValue(QStringLiteral("Path"), m_view->currentPath());
+    settings.setValue(QStringLiteral("Mask"), m_view->mask());
+    settings.endGroup();
+}
+
+void Panel::hideUnselectedFiles()
+{
+    m_view->hideUnmarkedFiles();
+}
+
+void Panel::showPath(const QString &folder)
+{
+    if (m_pathLabel)
+        m_pathLabel->setText(QDir::toNativeSeparators(folder));
+}
+
+void Panel::showFolder(const QString &folder)
+{
+    const QStringList parts = folder.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    if (parts.isEmpty())
+        return;
+    m_view->showFolderEx(parts.last());
+}
+
+void Panel::changePath(const QString &rootPath)
+{
+    if (m_view->changePath(rootPath))
+        RecentFolderStorage::instance().addFolder(m_view->currentPath());
+}
+
+void Panel::changeOutputDirEx(const QString &outputDir)
+{
+    showPath(outputDir);
+    Q_EMIT changeCurrentPath(outputDir);
+}
+
+void Panel::changeFolderEx(const QString &folderName)
+{
+    Q_EMIT changeFolder(folderName);
+}
+
+void Panel::changeConversion(const QString &conversion)
+{
+    m_conversion = conversion;
+}
+
+void Panel::showRootDir()
+{
+    m_view->showRoot();
+}
+
+void Panel::showPrevDir()
+{
+    m_view->showFolderEx(QStringLiteral(".."));
+}
+
+void Panel::startConversionSlot()
+{
+    Q_EMIT startConversionSignal();
+}
+
+bool Panel::isThreadStopped()
+{
+    return !m_view->isListing();
+}
+
+void Panel::stopFlatViewThread()
+{
+    m_view->stopFlatListView();
+}
+
+void Panel::maximizeSubPanel()
+{
+    const bool maximized = m_maximizeButton->isChecked();
+    m_maximizeButton->setToolTip(maximized ? QStringLiteral("Minimize Panel")
+                                           : QStringLiteral("Maximize Panel"));
+    Q_EMIT showOppositePanel(!maximized);
+}
+
+void Panel::setOppositePanelVisible(bool isHide)
+{
+    m_container->setVisible(!isHide);
+}
+
+void Panel::changeWaitIcon(bool ready)
+{
+    if (ready)
+        Q_EMIT changeCursorArray();
+    else
+        Q_EMIT changeCursorBusy();
+}
+
+// Editing state
 bool Panel::closeEdit() { return true; }
-void Panel::hideUnselectedFiles() {}
-void Panel::showPath(const QString &) {}
-void Panel::showFolder(const QString &) {}
-void Panel::changePath(const QString &) {}
-void Panel::changeOutputDirEx(const QString &) {}
-void Panel::changeFolderEx(const QString &) {}
 void Panel::editSelectedFile(bool) {}
 void Panel::openEditFile(const QString &, bool) {}
-void Panel::changeConversion(const QString &conversion) { m_conversion = conversion; }
-void Panel::showRootDir() {}
-void Panel::showPrevDir() {}
-void Panel::startConversionSlot() { Q_EMIT startConversionSignal(); }
 void Panel::increaseFont() {}
 void Panel::decreaseFont() {}
-bool Panel::isThreadStopped() { return true; }
-void Panel::stopFlatViewThread() {}
-void Panel::maximizeSubPanel() {}
-void Panel::setOppositePanelVisible(bool) {}
-void Panel::changeWaitIcon(bool) {}
+void Panel::addLinesTo(FileComparator &, bool) const {}

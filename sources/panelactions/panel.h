@@ -12,9 +12,11 @@ class FileSystemView;
 class QBoxLayout;
 class QKeyEvent;
 class QLabel;
+class QScrollBar;
 class QSettings;
 class QStatusBar;
 class QToolButton;
+class QVBoxLayout;
 class QWidget;
 
 /**
@@ -61,6 +63,17 @@ public:
     void readSettings(QSettings &settings, const QString &group);
     void writeSettings(QSettings &settings, const QString &group) const;
 
+    /** The layout under the title bar: the browser's list, and the editor while one is open. */
+    QVBoxLayout *contentLayout() const { return m_contentLayout; }
+    /** The title bar's label of the open file, after its "file name:" caption. */
+    QLabel *fileNameLabel() const { return m_fileNameLabel; }
+    QToolButton *maximizeButton() const { return m_maximizeButton; }
+    QToolButton *closeButton() const { return m_closeButton; }
+    /** Shows the browser's list (true) or hides it for the editor (false). */
+    void showBrowser(bool show);
+    /** The vertical scroll bar of the open editor, or null. */
+    QScrollBar *editorScrollBar() const;
+
 Q_SIGNALS:
     void changeAbsolutePath(const QString &path);
     void changeCurrentPath(const QString &path);
@@ -101,8 +114,14 @@ public Q_SLOTS:
     void changeWaitIcon(bool ready);
 
 private:
+    void createTitleBar();
+
     bool m_isLeft;
     QWidget *m_container = nullptr;
+    QVBoxLayout *m_contentLayout = nullptr;
+    QLabel *m_fileNameLabel = nullptr;
+    QToolButton *m_maximizeButton = nullptr;
+    QToolButton *m_closeButton = nullptr;
     FileSystemView *m_view = nullptr;
     QPointer<Edit> m_edit;
     QLabel *m_pathLabel = nullptr;

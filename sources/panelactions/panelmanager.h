@@ -1,9 +1,16 @@
 #pragma once
 
+#include <QMetaObject>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
+#include <functional>
+
+class CopyObjects;
+class Conversion;
 class Panel;
+class QComboBox;
 class QMainWindow;
 class QSettings;
 class QWidget;
@@ -27,6 +34,8 @@ public:
     /** The active panel (the left one until a panel has had the focus). */
     Panel *currentPanel() const;
     Panel *oppositePanel() const;
+    /** Makes @p panel the active one (as a focus change would). */
+    void setCurrentPanel(Panel *panel);
 
     /** Reads and writes the keys of the "Main Window" group the store is positioned in. */
     void readSettings(QSettings &settings);
@@ -39,6 +48,16 @@ public:
     void removeSelection();
     /** Cancels a running copy; true when one was running. */
     bool cancelCopy();
+    /** The copy in progress, or null. */
+    CopyObjects *runningCopy() const { return m_copy; }
+
+    /** Answers the dialogs of copy and make-directory (tests give their own). */
+    using CopyPrompt = std::function<bool(QString &target)>;
+    using NamePrompt = std::function<bool(QString &name)>;
+    using Notify = std::function<void(const QString &message)>;
+    void setCopyPrompt(CopyPrompt prompt) { m_copyPrompt = std::move(prompt); }
+    void setNamePrompt(NamePrompt prompt) { m_namePrompt = std::move(prompt); }
+    void setNotify(Notify notify) { m_notify = std::move(notify); }
 
     /** Whether the open editor of either panel holds unsaved changes it may not lose. */
     Panel *panelWithModifiedDocument() const;
@@ -55,10 +74,52 @@ public Q_SLOTS:
     void startEditCommand();
     void closeEditProc();
 
+    void showLeftPanel(bool show);
+    void showRightPanel(bool show);
+    void showLeftDialogOption();
+    void showRightDialogOption();
+    void showBrowseFolderDialogLeft();
+    void showBrowseFolderDialogRight();
+    void showFlatListView();
+    void changeCursorBusy();
+    void changeCursorArray();
+    void changeLeftPath(const QString &path);
+    void changeRightPath(const QString &path);
+    void changeLeftDrive(const QString &drive);
+    void changeRightDrive(const QString &drive);
+    void connectLeftRightEditScrollbar();
+    void disconnectLeftRightEditScrollbar();
+    void showFontPanel(const QString &fileName);
+    void triggeredSyncViewMode();
+    void triggeredSyncBrowserMode();
+    void changeOppositePanel();
+    void setSourceConversion(const QString &name);
+    void setTargetConversion(const QString &name);
+    void ChangeConversion(const QString &name);
+    void SetSourceConversionOption(const QString &database, const QString &api);
+    void SetTargetConversionOption(const QString &database, const QString &api);
+
 private:
+    void wirePanel(Panel *panel, QComboBox *driveCombo);
+    void browseFolder(Panel *panel);
+    void changeDrive(Panel *panel, const QString &drive);
+    void syncDriveCombo(Panel *panel, QComboBox *combo);
+    void activePanelChanged();
+    void updateViewButton();
+    Conversion *conversion() const;
+
     Ui::MainWindow *m_ui;
     QMainWindow *m_window;
     Panel *m_left = nullptr;
     Panel *m_right = nullptr;
     Panel *m_current = nullptr;
+    QStringList m_directionList;
+    QMetaObject::Connection m_syncBrowse;
+    QList<QMetaObject::Connection> m_syncView;
+    QList<QMetaObject::Connection> m_scrollLinks;
+    bool m_syncing = false;
+    CopyObjects *m_copy = nullptr;
+    CopyPrompt m_copyPrompt;
+    NamePrompt m_namePrompt;
+    Notify m_notify;
 };

@@ -1,0 +1,35 @@
+#include "copytobuffer.h"
+
+#include "treewidget.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+
+CopyToBuffer::CopyToBuffer(TreeWidget *tree, QObject *parent)
+    : QObject(parent)
+    , m_tree(tree)
+{
+    m_action = new QAction(QStringLiteral("&Copy"), this);
+    m_action->setShortcut(QKeySequence(QStringLiteral("Ctrl+C")));
+    // Both panels carry such an action; each must answer only for its own list.
+    m_action->setShortcutContext(Qt::WidgetShortcut);
+    tree->addAction(m_action);
+    tree->setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(m_action, &QAction::triggered, this, &CopyToBuffer::copySelectedToBuffer);
+}
+
+QString CopyToBuffer::selectionText() const
+{
+    QString text;
+    for (const QTreeWidgetItem *item : m_tree->selectedItems()) {
+        text += item->text(0) + QLatin1Char(' ') + item->text(1) + QLatin1Char(' ')
+            + item->text(2) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+void CopyToBuffer::copySelectedToBuffer()
+{
+    QApplication::clipboard()->setText(selectionText(), QClipboard::Clipboard);
+}

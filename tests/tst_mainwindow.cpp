@@ -1,0 +1,169 @@
+#include "mainwindow.h"
+#include "settings.h"
+#include "testsupport.h"
+#include "ui_mainwindow.h"
+#include "workingfolder.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QToolBar>
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { useTestSettings(); }
+    void init() { Settings().clear(); }
+
+    void firstStart()
+    {
+        MainWindow window(nullptr, qApp, QString());
+        QVERIFY(window.windowState() & Qt::WindowMaximized);
+        QCOMPARE(window.windowTitle(), QStringLiteral("Morvane Navarch"));
+        QCOMPARE(window.form()->comboBoxEditCommand->count(), 1);
+        QCOMPARE(window.form()->comboBoxEditCommand->itemText(0), QString());
+        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
+        QCOMPARE(window.sourceEncoding(), QStringLiteral("System"));
+        QVERIFY(!window.cancelAction()->isVisible());
+
+        const QList<QAction *> tools = window.form()->toolBar->actions();
+        QCOMPARE(tools.size(), 4);
+        QVERIFY(tools.at(0)->isSeparator());
+        QCOMPARE(tools.at(1), window.runAction());
+        QCOMPARE(tools.at(2), window.stopAction());
+        QVERIFY(tools.at(3)->isSeparator());
+        QCOMPARE(window.runAction()->text(), QStringLiteral("F5 - Run (only for left panel)"));
+        QCOMPARE(window.findAction()->shortcut(), QKeySequence(QStringLiteral("Ctrl+F")));
+        QCOMPARE(window.recentFoldersMenu()->title(), QStringLiteral("Recent Folders"));
+    }
+
+    void settingsRoundTrip()
+    {
+        {
+            MainWindow window(nullptr, qApp, QString());
+            window.setWindowState(Qt::WindowNoState);
+            window.resize(700, 500);
+            QComboBox *commands = window.form()->comboBoxEditCommand;
+            commands->clear();
+            commands->addItems({"a", "b"});
+            window.engineOptions().insert(QStringLiteral("/PRJF="), QStringLiteral("/p/project.prj"));
+            window.engineOptions().insert(QStringLiteral("/TBLDDL="), QString());
+            window.engineOptions().insert(QStringLiteral("/P"), QStringLiteral("secret"));
+            window.engineOptions().insert(QStringLiteral(" "), QStringLiteral("/X=1"));
+        }
+        {
+            Settings settings;
+            settings.beginGroup(QStringLiteral("Main Window"));
+            QCOMPARE(settings.value("Commands").toString(), QStringLiteral(";b;a"));
+            QVERIFY(!settings.contains("/TBLDDL="));
+            QVERIFY(!settings.contains("/P"));
+            QCOMPARE(settings.value("/PRJF=").toString(), QStringLiteral("/p/project.prj"));
+            QCOMPARE(settings.value(" ").toString(), QStringLiteral("/X=1"));
+            QCOMPARE(settings.value("size").toSize(), QSize(700, 500));
+            settings.endGroup();
+            QCOMPARE(settings.value("/SRCENC=").toString(), QStringLiteral("System"));
+        }
+        MainWindow again(nullptr, qApp, QString());
+        QVERIFY(!(again.windowState() & Qt::WindowMaximized));
+        QCOMPARE(again.size(), QSize(700, 500));
+        QComboBox *commands = again.form()->comboBoxEditCommand;
+        QStringList items;
+        for (int i = 0; i < commands->count(); ++i)
+            items << commands->itemText(i);
+        QCOMPARE(items, QStringList({"", "b", "a"}));
+        QCOMPARE(commands->currentIndex(), 0);
+        QCOMPARE(again.engineOptions().value("/PRJF="), QStringLiteral("/p/project.prj"));
+        QVERIFY(!again.engineOptions().contains("/P"));
+    }
+
+    void engineOptionPieces()
+    {
+        QDir(WorkingFolder::path()).removeRecursively();
+        MainWindow window(nullptr, qApp, QString());
+        auto &options = window.engineOptions();
+        options.insert(QStringLiteral("/PRJF="), QStringLiteral("/my dir/p.prj"));
+        options.insert(QStringLiteral("/U"), QStringLiteral("scott"));
+        options.insert(QStringLiteral(" "), QStringLiteral("/SRCENC=UTF-8 /Q"));
+        QStringList pieces = window.engineOptionPieces();
+        QCOMPARE(pieces, QStringList({" /SRCENC=UTF-8 /Q", " /PRJF=\"/my dir/p.prj\"", " /Uscott"}));
+
+        // Without an INI switch, the INI in the working folder is passed once it exists.
+        QDir().mkpath(WorkingFolder::path());
+        QFile ini(WorkingFolder::iniPath());
+        QVERIFY(ini.open(QIODevice::WriteOnly));
+        ini.close();
+        pieces = window.engineOptionPieces();
+        QCOMPARE(pieces.last(), QStringLiteral(" /INI=\"%1\"").arg(WorkingFolder::iniPath()));
+        QDir(WorkingFolder::path()).removeRecursively();
+    }
+
+    void processState_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<bool>("logShown");
+        QTest::newRow("not running") << int(QProcess::NotRunning) << "Not Running" << false;
+        QTest::newRow("starting") << int(QProcess::Starting) << "Starting" << false;
+        QTest::newRow("running") << int(QProcess::Running) << "Running" << true;
+    }
+    void processState()
+    {
+        QFETCH(int, state);
+        QFETCH(QString, label);
+        QFETCH(bool, logShown);
+        MainWindow window(nullptr, qApp, QString());
+        window.show();
+        window.form()->tabWidget->setCurrentIndex(0);
+        window.conversionMode(); // paused look first, so the reset shows
+        window.changeProcessState(static_cast<QProcess::ProcessState>(state));
+        QCOMPARE(window.form()->labelProcessState->text(), label);
+        QCOMPARE(window.form()->tabWidget->isVisible(), logShown);
+        if (logShown)
+            QCOMPARE(window.form()->tabWidget->currentIndex(), 1);
+        if (state == QProcess::NotRunning)
+            QCOMPARE(window.runAction()->toolTip(), QStringLiteral("F5 - Run (only for left panel)"));
+    }
+
+    void pauseAndResumeLook()
+    {
+        MainWindow window(nullptr, qApp, QString());
+        window.changeProcessState(QProcess::Starting);
+        window.pauseMode(false);
+        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Starting"));
+        window.conversionMode();
+        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Pause"));
+        QCOMPARE(window.runAction()->toolTip(), QStringLiteral("Resume"));
+        window.pauseMode(true);
+        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Running"));
+        QCOMPARE(window.runAction()->toolTip(), QStringLiteral("F5 - Run (only for left panel)"));
+    }
+
+    void waitingModeAndTabs()
+    {
+        MainWindow window(nullptr, qApp, QString());
+        window.show();
+        window.turnWaitingMode(Qt::BusyCursor);
+        QVERIFY(window.cancelAction()->isVisible());
+        QCOMPARE(window.cursor().shape(), Qt::BusyCursor);
+        QCOMPARE(window.cancelAction()->shortcut(), QKeySequence(QStringLiteral("Ctrl+K")));
+        window.turnWaitingMode(Qt::ArrowCursor);
+        QVERIFY(!window.cancelAction()->isVisible());
+
+        QTabWidget *tabs = window.form()->tabWidget;
+        QVERIFY(!tabs->isVisible());
+        QTest::mouseClick(window.form()->logViewButton, Qt::LeftButton);
+        QVERIFY(tabs->isVisible());
+        QTest::mouseClick(window.form()->logViewButton, Qt::LeftButton);
+        QVERIFY(!tabs->isVisible());
+        Q_EMIT window.showFindLogRequested();
+        QVERIFY(tabs->isVisible());
+        QCOMPARE(tabs->currentIndex(), 0);
+        window.ShowConversionLog();
+        QCOMPARE(tabs->currentIndex(), 1);
+        QCOMPARE(tabs->tabText(0), QStringLiteral("Search Results"));
+        QCOMPARE(tabs->tabText(1), QStringLiteral("Log View"));
+    }
+};
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_mainwindow.moc"
