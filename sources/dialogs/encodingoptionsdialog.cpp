@@ -13,6 +13,10 @@ QStringList EncodingOptionsDialog::encodingList()
     const QList<QByteArray> codecs = QTextCodec::availableCodecs();
     for (const QByteArray &codec : codecs)
         names << QString::fromLatin1(codec);
+    // Qt lists "System" only where the platform has an ANSI code page; the
+    // choice means the machine's own encoding everywhere.
+    if (!names.contains(QStringLiteral("System")))
+        names << QStringLiteral("System");
     // "Shift_JIS" stays: the Japanese encoding is listed once.
     const int sjis = names.indexOf(QStringLiteral("SJIS"));
     if (sjis >= 0)
