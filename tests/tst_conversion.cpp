@@ -26,6 +26,7 @@ private Q_SLOTS:
     void engineOutputIsKept_data();
     void engineOutputIsKept();
     void flood();
+    void defaultEngineConvertsSamples();
 
 private:
     QStringList runEngine(const QString &script, int timeout = 20000);
@@ -252,6 +253,34 @@ void TestConversion::flood()
     QVERIFY(!errors.isEmpty());
     // Every error but those of the last script, which no later script follows.
     QVERIFY(m_conversion->errors().size() > m_conversion->outputParser().allErrors().size() - 2);
+}
+
+void TestConversion::defaultEngineConvertsSamples()
+{
+    const QString engine = QFileInfo(QStringLiteral(TEST_ENGINE_PATH)).absolutePath()
+                           + QStringLiteral("/morvane");
+    if (!QFileInfo(engine).isExecutable())
+        QSKIP("the default engine is not built");
+    const QDir samples(QStringLiteral(TEST_SOURCE_DIR "/samples/sql"));
+    QStringList files;
+    for (const QString &name : samples.entryList({QStringLiteral("*.sql")}, QDir::Files, QDir::Name))
+        files << samples.filePath(name);
+    QVERIFY(files.size() >= 4);
+    m_conversion->setEngineProgram(engine);
+    m_conversion->setFile(files);
+    m_conversion->setExtraOptions(QStringLiteral(" /SRCENC=System /TRGENC=System"));
+    runEngine(QString(), 60000);
+    QCOMPARE(m_conversion->exitCode(), 0);
+    const QDir out(m_dir->filePath(QStringLiteral("out")));
+    for (const QString &file : files)
+        QVERIFY2(out.exists(QFileInfo(file).fileName()), qPrintable(log()));
+    // The deliberate error in monthly_report.sql, reported once the next script started.
+    QCOMPARE(m_conversion->errors().size(), 1);
+    QCOMPARE(m_conversion->errors().at(0).file, samples.filePath(QStringLiteral("monthly_report.sql")));
+    QCOMPARE(m_conversion->errors().at(0).line, 8);
+    // Sources are never touched.
+    QVERIFY(QFileInfo(samples.filePath(QStringLiteral("monthly_report.sql"))).lastModified()
+            < QFileInfo(out.filePath(QStringLiteral("monthly_report.sql"))).lastModified());
 }
 
 QTEST_GUILESS_MAIN(TestConversion)
