@@ -38,6 +38,19 @@ const QStringList &engineOptionKeys()
     return keys;
 }
 
+// Follows a log link to its line when the editor offers goToLine; opening
+// the file alone is the fallback.
+template<typename Editor>
+auto goToLineIfAvailable(Editor *editor, int line, int) -> decltype(editor->goToLine(line), void())
+{
+    editor->goToLine(line);
+}
+
+template<typename Editor>
+void goToLineIfAvailable(Editor *, int, long)
+{
+}
+
 bool isPathSwitch(const QString &key)
 {
     return key == QLatin1String("/PRJF=") || key == QLatin1String("/INI=")
@@ -164,9 +177,9 @@ void MainWindow::openLogLink(const QString &path, int line)
 {
     Panel *left = m_panelManager->leftPanel();
     left->openEditFile(path);
-    // Going to the line needs the editor's goToLine (QScintilla is 0-based,
-    // the engine counts from 1).
-    Q_UNUSED(line)
+    // The engine counts lines from 1, the editor from 0.
+    if (Edit *editor = left->editor())
+        goToLineIfAvailable(editor, line - 1, 0);
 }
 
 void MainWindow::setupEditorAndComparison()
