@@ -1,14 +1,18 @@
 #include "mainwindow.h"
 
+#include "connectionoptionsdialog.h"
 #include "conversion.h"
 #include "conversioncontroller.h"
+#include "conversionlogview.h"
 #include "edit.h"
+#include "encodingoptionsdialog.h"
 #include "filediff.h"
 #include "filelistdiff.h"
-#include "findscript.h"
 #include "filesystemview.h"
 #include "filterdialog.h"
+#include "findscript.h"
 #include "fontactions.h"
+#include "migrationoptionsdialog.h"
 #include "panel.h"
 #include "panelmanager.h"
 #include "recentfolderstorage.h"
@@ -157,6 +161,17 @@ void MainWindow::setupConversion()
     connect(conversion, &Conversion::standardOutputChanged, this,
             &MainWindow::printStandartOutput);
     connect(conversion, &QProcess::stateChanged, this, &MainWindow::changeProcessState);
+    m_logView = new ConversionLogView(m_ui->textEditLogView, conversion, this);
+    connect(m_logView, &ConversionLogView::openFileAtLine, this, &MainWindow::openLogLink);
+}
+
+void MainWindow::openLogLink(const QString &path, int line)
+{
+    Panel *left = m_panelManager->leftPanel();
+    left->openEditFile(path);
+    // The engine counts lines from 1, the editor from 0.
+    if (Edit *editor = left->editor())
+        editor->goToLine(line - 1);
 }
 
 void MainWindow::setupEditorAndComparison()
@@ -348,6 +363,12 @@ void MainWindow::startConversionEx()
     if (!confirmDocumentsSaved())
         return;
     Panel *left = m_panelManager->leftPanel();
+    Conversion *conversion = m_controller->conversion();
+    conversion->setPassword(m_engineOptions.value(QStringLiteral("/P")));
+    if (!m_ui->sourceCombo->currentText().isEmpty())
+        conversion->setSourceConversion(m_ui->sourceCombo->currentText());
+    if (!m_ui->targetCombo->currentText().isEmpty())
+        conversion->setTargetConversion(m_ui->targetCombo->currentText());
     m_controller->runOrPause(engineOptionPieces(), m_sourceEncoding, m_targetEncoding,
                              left->selectedPaths(), m_panelManager->rightPanel()->currentPath());
 }
@@ -382,14 +403,48 @@ void MainWindow::ShowConversionLog()
 
 void MainWindow::showConnectionOptions()
 {
+    ConnectionOptionsDialog dialog(this);
+    dialog.setOptions(m_engineOptions);
+    if (dialog.exec() == QDialog::Accepted)
+        dialog.applyTo(m_engineOptions);
 }
 
 void MainWindow::migrationOptions()
 {
+    MigrationOptionsDialog dialog(this);
+    dialog.setOptions(m_engineOptions);
+    if (dialog.exec() == QDialog::Accepted)
+        dialog.applyTo(m_engineOptions);
 }
 
 void MainWindow::showEncodingOptions()
 {
+    EncodingOptionsDialog dialog(this);
+    dialog.setSourceEncoding(m_sourceEncoding);
+    dialog.setTargetEncoding(m_targetEncoding);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString source = dialog.sourceEncoding();
+    const QString target = dialog.targetEncoding();
+    if (source.isEmpty() || target.isEmpty()
+        || (source == m_sourceEncoding && target == m_targetEncoding))
+        return;
+    if (Panel *panel = m_panelManager->panelWithModifiedDocument()) {
+        const QString file = panel->editor() ? panel->editor()->objectName() : QString();
+        const auto answer = QMessageBox::warning(
+            this, QStringLiteral("Morvane Navarch"),
+            QStringLiteral("The document %1 has been modified.<br/>Discard changes to the file "
+                           "before changing encoding?")
+                .arg(file),
+            QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
+        if (answer != QMessageBox::Yes)
+            return;
+    }
+    m_sourceEncoding = source;
+    m_targetEncoding = target;
+    Settings settings;
+    settings.setValue(QStringLiteral("/SRCENC="), m_sourceEncoding);
+    settings.setValue(QStringLiteral("/TRGENC="), m_targetEncoding);
 }
 
 void MainWindow::showAbout()
@@ -405,6 +460,7 @@ void MainWindow::showAbout()
 
 void MainWindow::printStandartOutput()
 {
+    m_logView->outputChanged();
 }
 
 void MainWindow::viewLog()

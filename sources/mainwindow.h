@@ -10,6 +10,7 @@ class FileDiff;
 class FontActions;
 class FileListDiff;
 class FindScript;
+class ConversionLogView;
 class PanelManager;
 class QApplication;
 class QMenu;
@@ -35,6 +36,7 @@ public:
     FontActions *fontActions() const { return m_fontActions; }
     FindScript *findScript() const { return m_findScript; }
     FileListDiff *fileListDiff() const { return m_fileListDiff; }
+    ConversionLogView *conversionLogView() const { return m_logView; }
 
     /** Engine switches ("/PRJF=", "/INI=", ...) and the free extra options under " ". */
     QMap<QString, QString> &engineOptions() { return m_engineOptions; }
@@ -94,12 +96,14 @@ private:
     void setupSearch();
     void readSettings();
     void writeSettings();
+    void openLogLink(const QString &path, int line);
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     PanelManager *m_panelManager = nullptr;
     ConversionController *m_controller = nullptr;
     FileDiff *m_fileDiff = nullptr;
     FontActions *m_fontActions = nullptr;
+    ConversionLogView *m_logView = nullptr;
     QMap<QString, QString> m_engineOptions;
     QString m_sourceEncoding;
     QString m_targetEncoding;

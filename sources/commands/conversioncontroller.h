@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMap>
 #include <QObject>
+#include <QProcess>
 #include <QStringList>
+
+#include <functional>
 
 class Conversion;
 class QWidget;
@@ -27,14 +31,43 @@ public:
                     const QString &targetEncoding, const QStringList &files,
                     const QString &outputFolder);
 
+    bool isPaused() const { return m_paused; }
+
+    /** Asks whether to end an engine that ignored the stop request (default: a message box). */
+    void setTerminateQuestion(std::function<bool()> question) { m_terminateQuestion = question; }
+    /**
+     * Asks which files of the selected folders to convert (default: the
+     * file-mask dialog); returns false when the user cancels.
+     */
+    void setMaskQuestion(std::function<bool(QString *)> question) { m_maskQuestion = question; }
+
+    /** Folders among @p paths become "folder/<mask>" entries, one per ";"-separated mask. */
+    static QStringList applyMask(const QStringList &paths, const QString &mask);
+    /** "1.5 s", "2 min 03 s". */
+    static QString formatDuration(qint64 milliseconds);
+
 Q_SIGNALS:
     void pauseMode(bool isRunning);
     void conversionMode();
     void changeConversionIndexes(int sourceIndex, int targetIndex);
+    /** The run has ended and its summary is in the log. */
+    void runFinished();
 
 public Q_SLOTS:
     void StopConversion();
 
 private:
+    void pause();
+    void resume();
+    void askTerminate();
+    void finished(int exitCode, QProcess::ExitStatus exitStatus);
+    QByteArray engineExecutableName() const;
+
     QWidget *m_window;
+    bool m_paused = false;
+    bool m_stopRequested = false;
+    bool m_terminated = false;
+    QElapsedTimer m_clock;
+    std::function<bool()> m_terminateQuestion;
+    std::function<bool(QString *)> m_maskQuestion;
 };

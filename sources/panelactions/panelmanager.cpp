@@ -3,6 +3,7 @@
 #include "copyobjects.h"
 
 #include "conversion.h"
+#include "conversionoptionsdialog.h"
 #include "copyobjects.h"
 #include "drivepath.h"
 #include "filesystemview.h"
@@ -273,10 +274,18 @@ void PanelManager::showRightPanel(bool show)
 
 void PanelManager::showLeftDialogOption()
 {
+    ConversionOptionsDialog dialog(QStringLiteral("Source details"), m_window);
+    connect(&dialog, &ConversionOptionsDialog::ChangeOption, this,
+            &PanelManager::SetSourceConversionOption);
+    dialog.exec();
 }
 
 void PanelManager::showRightDialogOption()
 {
+    ConversionOptionsDialog dialog(QStringLiteral("Target details"), m_window);
+    connect(&dialog, &ConversionOptionsDialog::ChangeOption, this,
+            &PanelManager::SetTargetConversionOption);
+    dialog.exec();
 }
 
 void PanelManager::browseFolder(Panel *panel)
