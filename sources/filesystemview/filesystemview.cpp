@@ -438,14 +438,17 @@ void FileSystemView::setFlatList(bool on)
 
 void FileSystemView::markFiles(const QStringList &fileNames, FileMark mark)
 {
-    if (!m_tree)
+    if (!m_tree || fileNames.isEmpty())
         return;
+    // Rows are matched by their exact file name, so names that differ only in
+    // case (A.SQL and a.sql) each keep their own mark.
+    const QSet<QString> wanted(fileNames.cbegin(), fileNames.cend());
     const int column = m_view->nameColumn();
-    for (const QString &fileName : fileNames) {
-        const QFileInfo info(fileName);
-        const QString base = info.isDir() ? info.fileName() : info.completeBaseName();
-        QTreeWidgetItem *item = m_view->findRow(m_tree, base, info.isDir() ? QString() : info.suffix());
-        if (!item)
+    for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
+        QTreeWidgetItem *item = m_tree->topLevelItem(i);
+        bool found = false;
+        const QFileInfo info = m_map.value(item, &found);
+        if (!found || info.isDir() || !wanted.contains(info.fileName()))
             continue;
         QColor color = item->foreground(column).color();
         if (mark == DifferentMark)
