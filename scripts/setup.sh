@@ -8,7 +8,7 @@ PACKAGES=(
     qtbase5-dev qtbase5-dev-tools libqt5svg5-dev libqscintilla2-qt5-dev
     python3 python3-sqlglot
     fonts-open-sans
-    xvfb xauth imagemagick
+    xvfb xauth imagemagick xdotool
     g++-mingw-w64-x86-64
     diffutils findutils grep
 )
