@@ -91,6 +91,12 @@ MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString
         panel->setKeyFilter(this);
         connect(panel, &Panel::makeDirRequested, this, &MainWindow::makeDir);
         connect(panel, &Panel::removeRequested, this, &MainWindow::deleteObject);
+        // F3 in an editor turned Find off; it comes back once no file is open.
+        connect(panel, &Panel::closeEditSignal, this, [this] {
+            if (!m_panelManager->leftPanel()->isEditing()
+                && !m_panelManager->rightPanel()->isEditing())
+                m_findAction->setEnabled(true);
+        });
     }
 
     setupConversion();
@@ -429,15 +435,13 @@ void MainWindow::showEncodingOptions()
     if (source.isEmpty() || target.isEmpty()
         || (source == m_sourceEncoding && target == m_targetEncoding))
         return;
-    if (Panel *panel = m_panelManager->panelWithModifiedDocument()) {
-        const QString file = panel->editor() ? panel->editor()->objectName() : QString();
-        const auto answer = QMessageBox::warning(
-            this, QStringLiteral("Morvane Navarch"),
-            QStringLiteral("The document %1 has been modified.<br/>Discard changes to the file "
-                           "before changing encoding?")
-                .arg(file),
-            QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-        if (answer != QMessageBox::Yes)
+    // An open document is read in the encoding being replaced: its unsaved
+    // changes would be lost, so ask first.
+    for (Panel *panel : {m_panelManager->leftPanel(), m_panelManager->rightPanel()}) {
+        Edit *edit = panel->editor();
+        if (edit && !edit->discardPrompt(tr("The document %1 has been modified.<br/>Discard changes "
+                                            "to the file before changing encoding?")
+                                             .arg(edit->name())))
             return;
     }
     m_sourceEncoding = source;
@@ -515,6 +519,9 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
     if (!panel)
         return QMainWindow::eventFilter(watched, event);
 
+    // The panel that receives the keys is the one the user works in, even when
+    // the focus change has not been reported yet.
+    m_panelManager->focusChanged(nullptr, qobject_cast<QWidget *>(watched));
     auto *keyEvent = static_cast<QKeyEvent *>(event);
     const bool handled = panel->handleKey(keyEvent);
     switch (keyEvent->key()) {

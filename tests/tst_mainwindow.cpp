@@ -1,12 +1,48 @@
+#include "edit.h"
+#include "filesystemview.h"
 #include "mainwindow.h"
+#include "panel.h"
+#include "panelmanager.h"
 #include "settings.h"
+#include "treewidget.h"
 #include "testsupport.h"
 #include "ui_mainwindow.h"
 #include "workingfolder.h"
 
 #include <QAction>
+#include <QDialog>
 #include <QMenu>
+#include <QTextBrowser>
 #include <QToolBar>
+#include <QTreeWidget>
+#include <Qsci/qsciscintilla.h>
+
+namespace {
+
+// Makes @p name the only selected row of @p panel's list and gives it the focus.
+QTreeWidget *selectRow(Panel *panel, const QString &name)
+{
+    QTreeWidget *tree = panel->fileSystemView()->treeWidget();
+    const auto items = tree->findItems(name, Qt::MatchExactly, 0);
+    if (items.isEmpty())
+        return nullptr;
+    tree->setFocus();
+    tree->setCurrentItem(items.first());
+    tree->clearSelection();
+    items.first()->setSelected(true);
+    return tree;
+}
+
+// Accepts the next modal dialog as soon as it shows.
+void acceptNextDialog()
+{
+    QTimer::singleShot(0, [] {
+        if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
+            dialog->accept();
+    });
+}
+
+} // namespace
 
 class TestMainWindow : public QObject
 {
@@ -136,6 +172,54 @@ private Q_SLOTS:
         window.pauseMode(true);
         QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Running"));
         QCOMPARE(window.runAction()->toolTip(), QStringLiteral("F5 - Run (only for left panel)"));
+    }
+
+    void functionKeys()
+    {
+        TestDir dir;
+        const QString left = dir.createDir("left");
+        const QString right = dir.createDir("right");
+        dir.createFile("left/a.sql", "select 1;\n");
+        dir.createFile("right/b.sql", "select 2;\n");
+        {
+            Settings settings;
+            settings.setValue("Main Window/leftPanel/Path", left);
+            settings.setValue("Main Window/rightPanel/Path", right);
+        }
+        MainWindow window(nullptr, qApp, QString());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        Panel *leftPanel = window.panelManager()->leftPanel();
+        Panel *rightPanel = window.panelManager()->rightPanel();
+        QTextBrowser *log = window.form()->textEditLogView;
+
+        // F6 copies from either side to the other.
+        QTreeWidget *tree = selectRow(leftPanel, "a");
+        QVERIFY(tree);
+        acceptNextDialog();
+        QTest::keyClick(tree, Qt::Key_F6);
+        QTRY_VERIFY(QFile::exists(right + "/a.sql"));
+        tree = selectRow(rightPanel, "b");
+        QVERIFY(tree);
+        acceptNextDialog();
+        QTest::keyClick(tree, Qt::Key_F6);
+        QTRY_VERIFY(QFile::exists(left + "/b.sql"));
+
+        // F5 converts from the left panel only.
+        QTest::keyClick(selectRow(rightPanel, "b"), Qt::Key_F5);
+        QVERIFY(log->toPlainText().isEmpty());
+        QTest::keyClick(selectRow(leftPanel, "a"), Qt::Key_F5);
+        QTRY_VERIFY(!log->toPlainText().isEmpty());
+        QTRY_COMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
+
+        // F3 in an editor turns the view button into Find until the editor closes.
+        tree = selectRow(leftPanel, "a");
+        QTest::keyClick(tree, Qt::Key_F3);
+        QVERIFY(leftPanel->isEditing());
+        QTest::keyClick(leftPanel->editor()->editorWidget(), Qt::Key_F3);
+        QVERIFY(!window.findAction()->isEnabled());
+        QVERIFY(leftPanel->closeEdit());
+        QVERIFY(window.findAction()->isEnabled());
     }
 
     void waitingModeAndTabs()

@@ -186,9 +186,13 @@ void PanelManager::writeSettings(QSettings &settings) const
     m_right->writeSettings(settings, QStringLiteral("rightPanel"));
 }
 
-void PanelManager::setEditActionsEnabled(bool) {}
-
-Panel *PanelManager::panelWithModifiedDocument() const { return nullptr; }
+void PanelManager::setEditActionsEnabled(bool enabled)
+{
+    for (Panel *panel : {m_left, m_right}) {
+        if (Edit *edit = panel->editor())
+            edit->setSearchMode(enabled);
+    }
+}
 
 void PanelManager::copySelection()
 {

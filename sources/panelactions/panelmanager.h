@@ -59,10 +59,7 @@ public:
     void setNamePrompt(NamePrompt prompt) { m_namePrompt = std::move(prompt); }
     void setNotify(Notify notify) { m_notify = std::move(notify); }
 
-    /** Whether the open editor of either panel holds unsaved changes it may not lose. */
-    Panel *panelWithModifiedDocument() const;
-
-    /** Enables the actions that act on an open editor (both panels editing). */
+    /** Turns the editors' own search (find, find next) on or off in both panels. */
     void setEditActionsEnabled(bool enabled);
 
 Q_SIGNALS:
