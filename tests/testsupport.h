@@ -36,3 +36,27 @@ inline void useTestSettings()
 {
     QStandardPaths::setTestModeEnabled(true);
 }
+
+#ifdef QT_WIDGETS_LIB
+#include <QApplication>
+#include <functional>
+
+/**
+ * Runs @p action on the next modal widget other than @p notThis, polled so
+ * that it also reaches a box opened from inside a dialog.
+ */
+inline void onModal(std::function<void(QWidget *)> action, QWidget *notThis = nullptr)
+{
+    auto *timer = new QTimer;
+    timer->setInterval(10);
+    QObject::connect(timer, &QTimer::timeout, [timer, action, notThis] {
+        QWidget *widget = QApplication::activeModalWidget();
+        if (widget && widget != notThis) {
+            timer->stop();
+            timer->deleteLater();
+            action(widget);
+        }
+    });
+    timer->start();
+}
+#endif

@@ -3,34 +3,14 @@
 #include "testsupport.h"
 #include "ui_finddialog.h"
 
-#include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
 
 namespace {
 
-// Runs @p action on the next modal widget other than @p notThis.
-void onModal(std::function<void(QWidget *)> action, QWidget *notThis = nullptr)
-{
-    auto *timer = new QTimer;
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, [timer, action, notThis] {
-        QWidget *widget = QApplication::activeModalWidget();
-        if (widget && widget != notThis) {
-            timer->stop();
-            timer->deleteLater();
-            action(widget);
-        }
-    });
-    timer->start();
-}
-
 QVariant stored(const QString &key)
 {
-    Settings settings;
-    settings.beginGroup("Main Window");
-    settings.beginGroup("FindDialog");
-    return settings.value(key);
+    return Settings().value(QStringLiteral("Main Window/FindDialog/") + key);
 }
 
 } // namespace
@@ -51,54 +31,29 @@ private Q_SLOTS:
         m_dir = std::make_unique<TestDir>();
     }
 
-    void labelsAndDefaults()
-    {
-        FindDialog dialog(m_dir->path());
-        Ui::FindDialog *ui = dialog.form();
-        QCOMPARE(dialog.windowTitle(), QStringLiteral("Find"));
-        QCOMPARE(ui->radioButtonSingle->text(), QStringLiteral("Singe word/phrase"));
-        QCOMPARE(ui->radioButtonMultiple->text(),
-                 QStringLiteral("Multiple words/phrases (separated by new line)"));
-        QCOMPARE(ui->groupBoxOptions->title(), QStringLiteral("Find options:"));
-        QCOMPARE(ui->comboBoxFindFiles->count(), 2);
-        QCOMPARE(ui->comboBoxFindFiles->currentText(), QStringLiteral("*.*"));
-        QCOMPARE(dialog.folder(), m_dir->path());
-        QCOMPARE(ui->comboBoxSyntax->currentText(), QStringLiteral("Wildcard"));
-        QVERIFY(!dialog.isCaseSensitive() && !dialog.isWholeWords());
-        QVERIFY(ui->comboBoxFindText->isEnabled());
-        QVERIFY(!ui->textEditPhrases->isEnabled());
-    }
-
-    void changeControl()
+    // Defaults, the single/multiple switch and the order of the syntax choices.
+    void controls()
     {
         FindDialog dialog(m_dir->path());
         dialog.show();
         Ui::FindDialog *ui = dialog.form();
+        QCOMPARE(ui->comboBoxFindFiles->currentText(), QStringLiteral("*.*"));
+        QCOMPARE(dialog.folder(), m_dir->path());
+        QCOMPARE(dialog.patternSyntax(), QRegExp::Wildcard);
+        QVERIFY(!dialog.isCaseSensitive() && !dialog.isWholeWords());
+        QVERIFY(ui->comboBoxFindText->isEnabled() && !ui->textEditPhrases->isEnabled());
         QTest::mouseClick(ui->radioButtonMultiple, Qt::LeftButton, {}, QPoint(8, 8));
-        QVERIFY(!ui->comboBoxFindText->isEnabled());
-        QVERIFY(ui->textEditPhrases->isEnabled());
+        QVERIFY(!ui->comboBoxFindText->isEnabled() && ui->textEditPhrases->isEnabled());
         QTest::mouseClick(ui->radioButtonSingle, Qt::LeftButton, {}, QPoint(8, 8));
-        QVERIFY(ui->comboBoxFindText->isEnabled());
-        QVERIFY(!ui->textEditPhrases->isEnabled());
-    }
+        QVERIFY(ui->comboBoxFindText->isEnabled() && !ui->textEditPhrases->isEnabled());
 
-    void syntaxNames_data()
-    {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<int>("syntax");
-        QTest::newRow("Wildcard") << 0 << int(QRegExp::Wildcard);
-        QTest::newRow("RegExp") << 1 << int(QRegExp::RegExp);
-        QTest::newRow("RegExp2") << 2 << int(QRegExp::RegExp2);
-        QTest::newRow("FixedString") << 3 << int(QRegExp::FixedString);
-    }
-
-    void syntaxNames()
-    {
-        QFETCH(int, index);
-        QFETCH(int, syntax);
-        FindDialog dialog(m_dir->path());
-        dialog.form()->comboBoxSyntax->setCurrentIndex(index);
-        QCOMPARE(int(dialog.patternSyntax()), syntax);
+        const QList<QRegExp::PatternSyntax> order{QRegExp::Wildcard, QRegExp::RegExp,
+                                                  QRegExp::RegExp2, QRegExp::FixedString};
+        QCOMPARE(ui->comboBoxSyntax->count(), order.size());
+        for (int i = 0; i < order.size(); ++i) {
+            ui->comboBoxSyntax->setCurrentIndex(i);
+            QCOMPARE(dialog.patternSyntax(), order.at(i));
+        }
     }
 
     // Accepted values are saved and come back the next time.
@@ -108,22 +63,20 @@ private Q_SLOTS:
         {
             FindDialog dialog(m_dir->path());
             onModal([other](QWidget *w) {
-                auto *d = static_cast<FindDialog *>(w);
-                d->form()->comboBoxFindFiles->setEditText("Scripts (*.sql)");
-                d->form()->comboBoxSearchIn->setEditText(other);
-                d->form()->comboBoxFindText->setEditText("select");
-                d->form()->checkBoxMatchCase->setChecked(true);
-                d->form()->checkBoxWholeWords->setChecked(true);
-                d->form()->comboBoxSyntax->setCurrentIndex(3);
-                d->form()->buttonBox->button(QDialogButtonBox::Ok)->click();
+                Ui::FindDialog *ui = static_cast<FindDialog *>(w)->form();
+                ui->comboBoxFindFiles->setEditText("Scripts (*.sql)");
+                ui->comboBoxSearchIn->setEditText(other);
+                ui->comboBoxFindText->setEditText("select");
+                ui->checkBoxMatchCase->setChecked(true);
+                ui->checkBoxWholeWords->setChecked(true);
+                ui->comboBoxSyntax->setCurrentIndex(3);
+                ui->buttonBox->button(QDialogButtonBox::Ok)->click();
             });
             QVERIFY(dialog.execute());
-            QCOMPARE(dialog.maskText(), QStringLiteral("Scripts (*.sql)"));
         }
         QCOMPARE(stored("SearchIn").toString(), other);
         QCOMPARE(stored("FindText").toString(), QStringLiteral("select"));
-        QCOMPARE(stored("IsCaseValuse").toBool(), true);
-        QCOMPARE(stored("IsWholeWords").toBool(), true);
+        QVERIFY(stored("IsCaseValuse").toBool() && stored("IsWholeWords").toBool());
         QCOMPARE(stored("PatternSynx").toInt(), 3);
         QVERIFY(stored("FindFiles").toString().startsWith(";Scripts (*.sql)"));
 
@@ -136,80 +89,82 @@ private Q_SLOTS:
         QCOMPARE(again.patternSyntax(), QRegExp::FixedString);
     }
 
-    void emptyFolder()
+    void badInput_data()
     {
-        FindDialog dialog(m_dir->path());
-        QString message;
-        onModal([&message](QWidget *w) {
-            auto *d = static_cast<FindDialog *>(w);
-            d->form()->comboBoxSearchIn->setEditText("");
-            onModal([&message](QWidget *box) {
-                message = static_cast<QMessageBox *>(box)->text();
-                static_cast<QMessageBox *>(box)->accept();
-            }, d);
-            d->form()->buttonBox->button(QDialogButtonBox::Ok)->click();
-        });
-        QVERIFY(!dialog.execute());
-        QCOMPARE(message, QStringLiteral("Empty folder to search"));
-        QVERIFY(!stored("SearchIn").isValid());
-    }
-
-    void badInputKeepsDialogOpen_data()
-    {
-        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("folder"); // inside the test folder; empty: no folder at all
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("syntaxIndex");
         QTest::addColumn<QString>("messagePart");
-        QTest::newRow("invalid regular expression") << "" << "a(b" << 1 << "not a valid RegExp";
-        QTest::newRow("invalid wildcard") << "" << "a[b" << 0 << "not a valid Wildcard";
-        QTest::newRow("missing folder") << "gone" << "x" << 0 << "does not exist";
+        QTest::addColumn<bool>("staysOpen");
+        QTest::newRow("invalid regular expression") << "." << "a(b" << 1 << "not a valid RegExp" << true;
+        QTest::newRow("invalid wildcard") << "." << "a[b" << 0 << "not a valid Wildcard" << true;
+        QTest::newRow("missing folder") << "gone" << "x" << 0 << "does not exist" << true;
+        QTest::newRow("empty folder") << "" << "x" << 0 << "Empty folder to search" << false;
     }
 
-    // A bad entry is reported and the dialog stays open to fix it.
-    void badInputKeepsDialogOpen()
+    // A bad entry is reported; a fixable one keeps the dialog open, and no search is started.
+    void badInput()
     {
         QFETCH(QString, folder);
         QFETCH(QString, text);
         QFETCH(int, syntaxIndex);
         QFETCH(QString, messagePart);
+        QFETCH(bool, staysOpen);
         FindDialog dialog(m_dir->path());
         QString message;
         bool stillOpen = false;
         onModal([&](QWidget *w) {
             auto *d = static_cast<FindDialog *>(w);
-            if (!folder.isEmpty())
-                d->form()->comboBoxSearchIn->setEditText(m_dir->filePath(folder));
+            d->form()->comboBoxSearchIn->setEditText(folder.isEmpty() ? folder : m_dir->filePath(folder));
             d->form()->comboBoxFindText->setEditText(text);
             d->form()->comboBoxSyntax->setCurrentIndex(syntaxIndex);
             onModal([&, d](QWidget *box) {
                 message = static_cast<QMessageBox *>(box)->text();
+                stillOpen = d->isVisible();
                 static_cast<QMessageBox *>(box)->accept();
-                QTimer::singleShot(0, d, [&, d] {
-                    stillOpen = d->isVisible();
-                    d->reject();
-                });
+                if (stillOpen)
+                    QTimer::singleShot(0, d, &QDialog::reject);
             }, d);
             d->form()->buttonBox->button(QDialogButtonBox::Ok)->click();
         });
         QVERIFY(!dialog.execute());
         QVERIFY2(message.contains(messagePart), qPrintable(message));
-        QVERIFY(stillOpen);
+        QCOMPARE(stillOpen, staysOpen);
+        if (!staysOpen)
+            QVERIFY(!stored("SearchIn").isValid());
+    }
+
+    void multiLinePhrases_data()
+    {
+        QTest::addColumn<int>("syntaxIndex");
+        QTest::addColumn<QString>("phrases");
+        QTest::addColumn<QStringList>("matching");
+        QTest::addColumn<QStringList>("notMatching");
+        QTest::newRow("fixed strings are escaped") << 3 << "a.c\n\nx+y\n" << QStringList{"1 a.c 2", "x+y"} << QStringList{"abc", "xxy"};
+        QTest::newRow("wildcards") << 0 << "a*c\nq?z" << QStringList{"abbbc", "qxz"} << QStringList{"ab", "qz"};
+        QTest::newRow("regular expressions") << 1 << "ab+c\n^z" << QStringList{"abbc", "zed"} << QStringList{"ac", "az"};
+        QTest::newRow("one phrase keeps its syntax") << 0 << "\n a*c \n" << QStringList{"abc"} << QStringList{"ab"};
     }
 
     // Several phrases become one pattern that finds a line holding any of them.
     void multiLinePhrases()
     {
+        QFETCH(int, syntaxIndex);
+        QFETCH(QString, phrases);
+        QFETCH(QStringList, matching);
+        QFETCH(QStringList, notMatching);
         FindDialog dialog(m_dir->path());
         Ui::FindDialog *ui = dialog.form();
         ui->radioButtonMultiple->setChecked(true);
-        ui->comboBoxSyntax->setCurrentIndex(3); // FixedString
-        ui->textEditPhrases->setPlainText("a.b\n\nx*y\n");
-        QCOMPARE(dialog.findText(), QStringLiteral("a.b\n\nx*y\n"));
+        ui->comboBoxSyntax->setCurrentIndex(syntaxIndex);
+        ui->textEditPhrases->setPlainText(phrases);
+        QCOMPARE(dialog.findText(), phrases);
         const QRegExp rx(dialog.pattern(), Qt::CaseSensitive, dialog.patternSyntax());
-        QVERIFY(rx.indexIn("1 a.b 2") >= 0);
-        QVERIFY(rx.indexIn("x*y") >= 0);
-        QVERIFY(rx.indexIn("axb") < 0);
-        QVERIFY(rx.indexIn("xxy") < 0);
+        QVERIFY2(rx.isValid(), qPrintable(rx.pattern()));
+        for (const QString &line : matching)
+            QVERIFY2(rx.indexIn(line) >= 0, qPrintable(line));
+        for (const QString &line : notMatching)
+            QVERIFY2(rx.indexIn(line) < 0, qPrintable(line));
     }
 };
 
