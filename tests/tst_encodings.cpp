@@ -3,6 +3,16 @@
 
 #include <QTextCodec>
 
+namespace {
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
+}
+
+} // namespace
+
 class TestEncodings : public QObject
 {
     Q_OBJECT
@@ -12,8 +22,6 @@ private Q_SLOTS:
     void identify_data();
     void identify();
     void identifyMissingAndEmptyPath();
-    void utf8Test_data();
-    void utf8Test();
     void conversionNeeded_data();
     void conversionNeeded();
     void codePageOfCodeset_data();
@@ -28,22 +36,23 @@ void TestEncodings::identify_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("expected");
     QTest::newRow("UTF-8 BOM") << QByteArray("\xEF\xBB\xBFselect 1;") << "UTF-8";
-    QTest::newRow("UTF-32BE BOM") << QByteArray("\x00\x00\xFE\xFF\x00\x00\x00\x41", 8)
-                                  << "UTF-32BE";
-    QTest::newRow("UTF-32LE BOM") << QByteArray("\xFF\xFE\x00\x00\x41\x00\x00\x00", 8)
-                                  << "UTF-32LE";
-    QTest::newRow("UTF-16BE BOM") << QByteArray("\xFE\xFF\x00\x41", 4) << "UTF-16BE";
-    QTest::newRow("FF FE 41 00 falls to the count") << QByteArray("\xFF\xFE\x41\x00", 4)
-                                                    << "UTF-32LE";
+    QTest::newRow("UTF-32BE BOM") << QByteArray::fromHex("0000feff00000041") << "UTF-32BE";
+    QTest::newRow("UTF-32LE BOM") << QByteArray::fromHex("fffe000041000000") << "UTF-32LE";
+    QTest::newRow("UTF-16BE BOM") << QByteArray::fromHex("feff0041") << "UTF-16BE";
+    QTest::newRow("FF FE 41 00 counts") << QByteArray::fromHex("fffe4100") << "UTF-32LE";
     QTest::newRow("UTF-16BE without BOM") << QByteArray("\0s\0e\0l", 6) << "UTF-16BE";
     QTest::newRow("ASCII") << QByteArray("select * from t;\n") << "System";
     QTest::newRow("one e-acute") << QByteArray("caf\xC3\xA9 ok\n") << "UTF-8";
-    QTest::newRow("cut sequence at end") << QByteArray("abc\xE2\x82") << "UTF-8";
     QTest::newRow("Latin-1 e-acute") << QByteArray("caf\xE9 ok\n") << "System";
     QTest::newRow("one-byte file") << QByteArray("a") << "System";
+    QTest::newRow("leading continuation") << QByteArray("\x80" "abc") << "System";
+    QTest::newRow("four-byte sequence") << QByteArray("a\xF0\x9F\x98\x80!") << "UTF-8";
+    QTest::newRow("run of four") << QByteArray("a\xF0\x9F\x98\x80\x80!") << "System";
+    QTest::newRow("wrong lead") << QByteArray("a\xE2\x82!") << "System";
+    QTest::newRow("wrong lead at end tolerated") << QByteArray("a\xE2\x82") << "UTF-8";
+    QTest::newRow("ASCII lead at end tolerated") << QByteArray("ab\x80") << "UTF-8";
     QTest::newRow("empty file") << QByteArray() << "UTF-8";
-    QTest::newRow("binary with NULs balanced") << QByteArray("\x00\x00\x01\x02", 4)
-                                               << "System";
+    QTest::newRow("binary with NULs balanced") << QByteArray::fromHex("00000102") << "System";
 }
 
 void TestEncodings::identify()
@@ -59,32 +68,8 @@ void TestEncodings::identifyMissingAndEmptyPath()
     QVERIFY(identifyEncoding(QString()).isNull());
     TestDir dir;
     const QString missing = identifyEncoding(dir.filePath(QStringLiteral("missing.sql")));
-    QVERIFY(missing.isEmpty());
-    QVERIFY(!missing.isNull());
+    QVERIFY(missing.isEmpty() && !missing.isNull());
     QVERIFY(identifyEncoding(dir.path()).isEmpty()); // a folder: nothing to read
-}
-
-void TestEncodings::utf8Test_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("passes");
-    QTest::newRow("empty") << QByteArray() << true;
-    QTest::newRow("pure ASCII") << QByteArray("abc") << false;
-    QTest::newRow("leading continuation") << QByteArray("\x80" "abc") << false;
-    QTest::newRow("two-byte") << QByteArray("a\xC3\xA9") << true;
-    QTest::newRow("three-byte") << QByteArray("a\xE2\x82\xAC!") << true;
-    QTest::newRow("four-byte") << QByteArray("a\xF0\x9F\x98\x80!") << true;
-    QTest::newRow("run of four") << QByteArray("a\xF0\x9F\x98\x80\x80!") << false;
-    QTest::newRow("wrong lead") << QByteArray("a\xE2\x82!") << false;
-    QTest::newRow("wrong lead at end tolerated") << QByteArray("a\xE2\x82") << true;
-    QTest::newRow("ASCII lead at end tolerated") << QByteArray("ab\x80") << true;
-}
-
-void TestEncodings::utf8Test()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, passes);
-    QCOMPARE(looksLikeUtf8(bytes.constData(), bytes.size()), passes);
 }
 
 void TestEncodings::conversionNeeded_data()
@@ -98,10 +83,10 @@ void TestEncodings::conversionNeeded_data()
     QTest::newRow("System against System") << f << "System" << "System" << 0 << false;
     QTest::newRow("System against Shift_JIS on 932") << f << "System" << "Shift_JIS" << 932
                                                      << false;
-    QTest::newRow("System against Shift_JIS elsewhere") << f << "System" << "Shift_JIS"
-                                                        << 65001 << true;
-    QTest::newRow("windows-1251 against System on 1251") << f << "windows-1251" << "System"
-                                                         << 1251 << false;
+    QTest::newRow("System against Shift_JIS elsewhere") << f << "System" << "Shift_JIS" << 65001
+                                                        << true;
+    QTest::newRow("windows-1251 against System on 1251") << f << "windows-1251" << "System" << 1251
+                                                         << false;
     QTest::newRow("same names") << f << "UTF-8" << "UTF-8" << 0 << false;
     QTest::newRow("names compared case-sensitively") << f << "utf-8" << "UTF-8" << 0 << true;
     QTest::newRow("empty path") << QString() << "UTF-8" << "UTF-16LE" << 0 << false;
@@ -122,14 +107,10 @@ void TestEncodings::codePageOfCodeset_data()
     QTest::addColumn<QByteArray>("codeset");
     QTest::addColumn<int>("codePage");
     QTest::newRow("UTF-8") << QByteArray("UTF-8") << 65001;
-    QTest::newRow("utf8") << QByteArray("utf8") << 65001;
     QTest::newRow("Shift_JIS") << QByteArray("Shift_JIS") << 932;
-    QTest::newRow("SJIS") << QByteArray("SJIS") << 932;
     QTest::newRow("CP932") << QByteArray("CP932") << 932;
     QTest::newRow("CP1251") << QByteArray("CP1251") << 1251;
-    QTest::newRow("windows-1251") << QByteArray("windows-1251") << 1251;
     QTest::newRow("ISO-8859-1") << QByteArray("ISO-8859-1") << 0;
-    QTest::newRow("ANSI_X3.4-1968") << QByteArray("ANSI_X3.4-1968") << 0;
 }
 
 void TestEncodings::codePageOfCodeset()
@@ -148,8 +129,6 @@ void TestEncodings::encodedCopyRoundTrip_data()
     const QString cyrillic = QString::fromUtf8("select 'Привет' from t;\n");
     const QString japanese = QString::fromUtf8("select '日本語' from t;\n");
     QTest::newRow("UTF-8 via UTF-16LE") << "UTF-8" << "UTF-16LE" << latin;
-    QTest::newRow("UTF-8 via UTF-16BE") << "UTF-8" << "UTF-16BE" << latin;
-    QTest::newRow("UTF-8 via UTF-32LE") << "UTF-8" << "UTF-32LE" << latin;
     QTest::newRow("UTF-8 via UTF-32BE") << "UTF-8" << "UTF-32BE" << cyrillic;
     QTest::newRow("UTF-8 via windows-1251") << "UTF-8" << "windows-1251" << cyrillic;
     QTest::newRow("UTF-8 via Shift_JIS") << "UTF-8" << "Shift_JIS" << japanese;
@@ -168,19 +147,14 @@ void TestEncodings::encodedCopyRoundTrip()
     const QString source = dir.createFile(QStringLiteral("source file.sql"), original);
     const QString middle = dir.filePath(QStringLiteral("middle.sql"));
     const QString back = dir.filePath(QStringLiteral("back.sql"));
+    QTextCodec *secondCodec = QTextCodec::codecForName(second.toLatin1());
     createEncodedCopyFile(source, middle, first, second);
-    QFile middleFile(middle);
-    QVERIFY(middleFile.open(QIODevice::ReadOnly));
-    QCOMPARE(QTextCodec::codecForName(second.toLatin1())->toUnicode(middleFile.readAll()), text);
+    QCOMPARE(secondCodec->toUnicode(readAll(middle)), text);
     createEncodedCopyFile(middle, back, second, first);
-    QFile backFile(back);
-    QVERIFY(backFile.open(QIODevice::ReadOnly));
-    QCOMPARE(backFile.readAll(), original);
+    QCOMPARE(readAll(back), original);
     // Copying a file onto itself re-encodes it in place.
     createEncodedCopyFile(back, back, first, second);
-    QFile same(back);
-    QVERIFY(same.open(QIODevice::ReadOnly));
-    QCOMPARE(QTextCodec::codecForName(second.toLatin1())->toUnicode(same.readAll()), text);
+    QCOMPARE(secondCodec->toUnicode(readAll(back)), text);
 }
 
 void TestEncodings::encodedCopyFailures()
@@ -190,13 +164,10 @@ void TestEncodings::encodedCopyFailures()
     // An unreadable source leaves the target untouched.
     createEncodedCopyFile(dir.filePath(QStringLiteral("missing.sql")), target,
                           QStringLiteral("UTF-8"), QStringLiteral("UTF-16LE"));
-    QFile file(target);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("keep me"));
+    QCOMPARE(readAll(target), QByteArray("keep me"));
     // A target whose folder vanished is simply not written.
-    const QString source = dir.createFile(QStringLiteral("s.sql"), "abc");
     const QString nowhere = dir.filePath(QStringLiteral("gone/t.sql"));
-    createEncodedCopyFile(source, nowhere, QStringLiteral("UTF-8"), QStringLiteral("UTF-8"));
+    createEncodedCopyFile(target, nowhere, QStringLiteral("UTF-8"), QStringLiteral("UTF-8"));
     QVERIFY(!QFile::exists(nowhere));
 }
 
