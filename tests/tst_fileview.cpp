@@ -7,6 +7,38 @@
 #include <QApplication>
 #include <QHeaderView>
 
+namespace {
+/** One folder shown in the full view. */
+struct Listing
+{
+    TreeWidget tree;
+    FullFileView view;
+    FileInfoMap map;
+
+    explicit Listing(const QString &path, const QString &mask = QString())
+    {
+        if (!mask.isNull())
+            view.setMask(mask);
+        view.setColumns(&tree);
+        view.showObjects(&tree, path, map);
+    }
+    QStringList column(int column) const
+    {
+        QStringList texts;
+        for (int i = 0; i < tree.topLevelItemCount(); ++i)
+            texts << tree.topLevelItem(i)->text(column);
+        return texts;
+    }
+    QStringList row(int row) const
+    {
+        QStringList texts;
+        for (int c = 0; c < tree.columnCount(); ++c)
+            texts << tree.topLevelItem(row)->text(c);
+        return texts;
+    }
+};
+}  // namespace
+
 class TestFileView : public QObject
 {
     Q_OBJECT
@@ -17,63 +49,43 @@ private Q_SLOTS:
     void dateText_data();
     void dateText();
     void listingOrderAndParentRow();
-    void emptyFolderShowsOnlyParent();
     void mask_data();
     void mask();
-    void oddNames();
-    void findRowMatchesPrefixAndExactExt();
     void hundredThousandFiles();
-
-private:
-    static QStringList rowTexts(const TreeWidget &tree, int row);
 };
-
-QStringList TestFileView::rowTexts(const TreeWidget &tree, int row)
-{
-    QStringList texts;
-    for (int c = 0; c < tree.columnCount(); ++c)
-        texts << tree.topLevelItem(row)->text(c);
-    return texts;
-}
 
 void TestFileView::cellTexts_data()
 {
     QTest::addColumn<QString>("fileName");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("ext");
-    QTest::addColumn<QString>("size");
-    QTest::newRow("plain") << "a.sql" << QByteArray(12, 'x') << "a" << "sql" << "12";
-    QTest::newRow("no suffix") << "Makefile" << QByteArray() << "Makefile" << "" << "0";
-    QTest::newRow("two suffixes") << "archive.tar.gz" << QByteArray(3, 'x') << "archive.tar"
-                                  << "gz" << "3";
-    QTest::newRow("grouped size") << "big.bin" << QByteArray(1234567, 'x') << "big" << "bin"
-                                  << QStringLiteral("%L1").arg(1234567);
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QStringList>("cells");  // name, extension, size
+    QTest::newRow("plain") << "a.sql" << 12 << QStringList{"a", "sql", "12"};
+    QTest::newRow("no suffix") << "Makefile" << 0 << QStringList{"Makefile", "", "0"};
+    QTest::newRow("two suffixes") << "archive.tar.gz" << 3 << QStringList{"archive.tar", "gz", "3"};
+    QTest::newRow("grouped size") << "big.bin" << 1234567
+                                  << QStringList{"big", "bin", QStringLiteral("%L1").arg(1234567)};
+    QTest::newRow("spaces") << "with space.sql" << 1 << QStringList{"with space", "sql", "1"};
+    QTest::newRow("quotes") << "quote's \"x\".txt" << 0 << QStringList{"quote's \"x\"", "txt", "0"};
+    QTest::newRow("non-ASCII") << "Ärger.sql" << 0 << QStringList{"Ärger", "sql", "0"};
+    QTest::newRow("leading dash") << "-dash.sql" << 0 << QStringList{"-dash", "sql", "0"};
+    QTest::newRow("newline") << "new\nline.sql" << 0 << QStringList{"new\nline", "sql", "0"};
 }
 
 void TestFileView::cellTexts()
 {
     QFETCH(QString, fileName);
-    QFETCH(QByteArray, bytes);
+    QFETCH(int, size);
     TestDir dir;
-    dir.createFile(fileName, bytes);
-    TreeWidget tree;
-    FullFileView view;
-    FileInfoMap map;
-    view.setColumns(&tree);
-    view.showObjects(&tree, dir.path(), map);
-    QCOMPARE(tree.topLevelItemCount(), 2);
-    const QStringList texts = rowTexts(tree, 1);
-    QTEST(texts.at(0), "name");
-    QTEST(texts.at(1), "ext");
-    QTEST(texts.at(2), "size");
+    dir.createFile(fileName, QByteArray(size, 'x'));
+    Listing list(dir.path());
+    QCOMPARE(list.tree.topLevelItemCount(), 2);
+    const QStringList texts = list.row(1);
+    QTEST(QStringList(texts.mid(0, 3)), "cells");
     QCOMPARE(texts.at(3), FileView::dateText(QFileInfo(dir.filePath(fileName)).lastModified(),
                                              FileView::usesUsTime()));
     // The row leads back to its file through the map.
-    bool found = false;
-    QCOMPARE(map.value(tree.topLevelItem(1), &found).fileName(), fileName);
-    QVERIFY(found);
-    QVERIFY(tree.topLevelItem(1)->flags() & Qt::ItemIsEditable);
+    QCOMPARE(list.map.value(list.tree.topLevelItem(1)).fileName(), fileName);
+    QVERIFY(list.tree.topLevelItem(1)->flags() & Qt::ItemIsEditable);
 }
 
 void TestFileView::dateText_data()
@@ -101,54 +113,34 @@ void TestFileView::dateText()
 void TestFileView::listingOrderAndParentRow()
 {
     TestDir dir;
-    dir.createFile(QStringLiteral("b.txt"));
-    dir.createFile(QStringLiteral("A.txt"));
-    dir.createDir(QStringLiteral("zeta"));
-    dir.createDir(QStringLiteral("Alpha"));
-    dir.createFile(QStringLiteral(".hidden"));
-    TreeWidget tree;
-    FullFileView view;
-    FileInfoMap map;
-    view.setColumns(&tree);
-    view.showObjects(&tree, dir.path(), map);
-    QStringList names;
-    for (int i = 0; i < tree.topLevelItemCount(); ++i)
-        names << tree.topLevelItem(i)->text(0);
-    QCOMPARE(names, QStringList({"..", "Alpha", "zeta", "A", "b"}));
-    QCOMPARE(rowTexts(tree, 0), QStringList({"..", "", "<Dir>", ""}));
-    QCOMPARE(tree.topLevelItem(1)->text(2), QStringLiteral("<Dir>"));
-    QCOMPARE(tree.headerItem()->text(0), QStringLiteral("Name"));
-    QCOMPARE(tree.headerItem()->text(3), QStringLiteral("Date"));
+    {
+        // An empty folder still shows "..", which counts as nothing.
+        Listing empty(dir.path());
+        QCOMPARE(empty.tree.topLevelItemCount(), 1);
+        QCOMPARE(empty.row(0), QStringList({"..", "", "<Dir>", ""}));
+        int count = -1;
+        qint64 size = -1;
+        empty.view.countRows(&empty.tree, empty.map, &count, &size);
+        QCOMPARE(count, 0);
+        QCOMPARE(size, 0);
+    }
+    dir.createFile("b.txt");
+    dir.createFile("A.txt");
+    dir.createDir("zeta");
+    dir.createDir("Alpha");
+    dir.createFile(".hidden");
+    Listing list(dir.path());
+    QCOMPARE(list.column(0), QStringList({"..", "Alpha", "zeta", "A", "b"}));
+    QCOMPARE(list.tree.topLevelItem(1)->text(2), QStringLiteral("<Dir>"));
+    QCOMPARE(list.tree.headerItem()->text(0), QStringLiteral("Name"));
+    QCOMPARE(list.tree.headerItem()->text(3), QStringLiteral("Date"));
 
     // A click on "Size" sorts by value and keeps ".." and folders on top.
-    dir.createFile(QStringLiteral("c.txt"), QByteArray(100, 'x'));
-    tree.clear();
-    map.clear();
-    view.showObjects(&tree, dir.path(), map);
-    Q_EMIT tree.header()->sectionClicked(2);
-    Q_EMIT tree.header()->sectionClicked(2);
-    names.clear();
-    for (int i = 0; i < tree.topLevelItemCount(); ++i)
-        names << tree.topLevelItem(i)->text(0);
-    QCOMPARE(names.mid(0, 3), QStringList({"..", "zeta", "Alpha"}));
-    QCOMPARE(names.mid(3), QStringList({"c", "b", "A"}));
-}
-
-void TestFileView::emptyFolderShowsOnlyParent()
-{
-    TestDir dir;
-    TreeWidget tree;
-    FullFileView view;
-    FileInfoMap map;
-    view.setColumns(&tree);
-    view.showObjects(&tree, dir.path(), map);
-    QCOMPARE(tree.topLevelItemCount(), 1);
-    QCOMPARE(rowTexts(tree, 0), QStringList({"..", "", "<Dir>", ""}));
-    int count = -1;
-    qint64 size = -1;
-    view.countRows(&tree, map, &count, &size);
-    QCOMPARE(count, 0);
-    QCOMPARE(size, 0);
+    dir.createFile("c.txt", QByteArray(100, 'x'));
+    Listing sorted(dir.path());
+    Q_EMIT sorted.tree.header()->sectionClicked(2);
+    Q_EMIT sorted.tree.header()->sectionClicked(2);
+    QCOMPARE(sorted.column(0), QStringList({"..", "zeta", "Alpha", "c", "b", "A"}));
 }
 
 void TestFileView::mask_data()
@@ -160,8 +152,8 @@ void TestFileView::mask_data()
     QTest::newRow("everything") << "*.*" << all << false;
     QTest::newRow("one mask keeps folders") << "*.sql" << QStringList({"..", "sub.sql", "a", "c"})
                                             << true;
-    QTest::newRow("several masks") << "*.sql; *.txt" << QStringList({"..", "sub.sql", "a", "b", "c"})
-                                   << true;
+    QTest::newRow("several masks") << "*.sql; *.txt"
+                                   << QStringList({"..", "sub.sql", "a", "b", "c"}) << true;
     QTest::newRow("question mark") << "?.txt" << QStringList({"..", "sub.sql", "b"}) << true;
     QTest::newRow("blank means everything") << "  " << all << false;
 }
@@ -170,60 +162,12 @@ void TestFileView::mask()
 {
     QFETCH(QString, mask);
     TestDir dir;
-    dir.createDir(QStringLiteral("sub.sql"));
-    dir.createFile(QStringLiteral("a.sql"));
-    dir.createFile(QStringLiteral("b.txt"));
-    dir.createFile(QStringLiteral("c.SQL"));
-    dir.createFile(QStringLiteral("Makefile"));
-    TreeWidget tree;
-    FullFileView view;
-    FileInfoMap map;
-    view.setMask(mask);
-    view.setColumns(&tree);
-    view.showObjects(&tree, dir.path(), map);
-    QStringList rows;
-    for (int i = 0; i < tree.topLevelItemCount(); ++i)
-        rows << tree.topLevelItem(i)->text(0);
-    QTEST(rows, "rows");
-    QTEST(view.isFiltered(), "filtered");
-}
-
-void TestFileView::oddNames()
-{
-    TestDir dir;
-    const QStringList names{"with space.sql", "quote's \"x\".txt", "Ärger.sql", "-dash.sql",
-                            "new\nline.sql"};
-    for (const QString &name : names)
-        dir.createFile(name, "x");
-    TreeWidget tree;
-    FullFileView view;
-    FileInfoMap map;
-    view.setColumns(&tree);
-    view.showObjects(&tree, dir.path(), map);
-    QCOMPARE(tree.topLevelItemCount(), names.size() + 1);
-    for (int i = 1; i < tree.topLevelItemCount(); ++i) {
-        const QFileInfo info = map.value(tree.topLevelItem(i));
-        QVERIFY2(names.contains(info.fileName()), qPrintable(info.fileName()));
-        QVERIFY(info.exists());
-    }
-}
-
-void TestFileView::findRowMatchesPrefixAndExactExt()
-{
-    TestDir dir;
-    dir.createFile(QStringLiteral("abcd.sql"));
-    dir.createFile(QStringLiteral("abc.txt"));
-    TreeWidget tree;
-    FullFileView view;
-    FileInfoMap map;
-    view.setColumns(&tree);
-    view.showObjects(&tree, dir.path(), map);
-    QTreeWidgetItem *row = view.findRow(&tree, QStringLiteral("abc"), QStringLiteral("sql"));
-    QVERIFY(row);
-    QCOMPARE(row->text(0), QStringLiteral("abcd"));
-    QCOMPARE(view.findRow(&tree, QStringLiteral("abc"), QStringLiteral("txt"))->text(0),
-             QStringLiteral("abc"));
-    QVERIFY(!view.findRow(&tree, QStringLiteral("abc"), QStringLiteral("sq")));
+    dir.createDir("sub.sql");
+    for (const char *name : {"a.sql", "b.txt", "c.SQL", "Makefile"})
+        dir.createFile(QLatin1String(name));
+    Listing list(dir.path(), mask);
+    QTEST(list.column(0), "rows");
+    QTEST(list.view.isFiltered(), "filtered");
 }
 
 void TestFileView::hundredThousandFiles()
@@ -234,13 +178,9 @@ void TestFileView::hundredThousandFiles()
         QFile file(dir.filePath(QStringLiteral("f%1.txt").arg(i)));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
-    TreeWidget tree;
-    FullFileView view;
-    FileInfoMap map;
-    view.setColumns(&tree);
-    view.showObjects(&tree, dir.path(), map);
-    QCOMPARE(tree.topLevelItemCount(), files + 1);
-    QCOMPARE(map.size(), files + 1);
+    Listing list(dir.path());
+    QCOMPARE(list.tree.topLevelItemCount(), files + 1);
+    QCOMPARE(list.map.size(), files + 1);
 }
 
 QTEST_MAIN(TestFileView)
