@@ -8,34 +8,33 @@ class TestEncodingOptionsDialog : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void freshDialogShowsSystem();
-    void list();
+    void defaultsAndList();
     void setByName_data();
     void setByName();
 };
 
-void TestEncodingOptionsDialog::freshDialogShowsSystem()
+void TestEncodingOptionsDialog::defaultsAndList()
 {
     EncodingOptionsDialog dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Encoding options"));
     QCOMPARE(dialog.sourceCombo()->currentText(), QStringLiteral("System"));
     QCOMPARE(dialog.targetCombo()->currentText(), QStringLiteral("System"));
     QCOMPARE(dialog.sourceEncoding(), QStringLiteral("System"));
     QCOMPARE(dialog.targetEncoding(), QStringLiteral("System"));
-}
 
-void TestEncodingOptionsDialog::list()
-{
     const QStringList names = EncodingOptionsDialog::encodingList();
     QVERIFY(!names.contains(QStringLiteral("SJIS")));
     QVERIFY(names.contains(QStringLiteral("Shift_JIS")));
-    QVERIFY(names.contains(QStringLiteral("UTF-8")));
     QStringList sorted = names;
     sorted.sort(Qt::CaseSensitive);
     QCOMPARE(names, sorted);
-    EncodingOptionsDialog dialog;
     QCOMPARE(dialog.sourceCombo()->count(), names.size());
     QVERIFY(!dialog.sourceCombo()->isEditable());
+
+    // A choice made in the list is what the getter reports.
+    dialog.show();
+    dialog.sourceCombo()->setFocus();
+    dialog.sourceCombo()->setCurrentIndex(dialog.encodings().indexOf(QStringLiteral("Shift_JIS")));
+    QCOMPARE(dialog.sourceEncoding(), QStringLiteral("Shift_JIS"));
 }
 
 void TestEncodingOptionsDialog::setByName_data()
@@ -60,11 +59,6 @@ void TestEncodingOptionsDialog::setByName()
         QCOMPARE(dialog.sourceEncoding(), name);
         QCOMPARE(dialog.targetEncoding(), name);
     }
-    // A choice made with the keyboard is what the getter reports.
-    dialog.show();
-    dialog.sourceCombo()->setFocus();
-    dialog.sourceCombo()->setCurrentIndex(dialog.encodings().indexOf(QStringLiteral("Shift_JIS")));
-    QCOMPARE(dialog.sourceEncoding(), QStringLiteral("Shift_JIS"));
 }
 
 QTEST_MAIN(TestEncodingOptionsDialog)
