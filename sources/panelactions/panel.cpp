@@ -314,8 +314,7 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
     if (m_edit) {
         if (!m_edit->closeEditor())
             return;
-        Settings settings;
-        Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+        storeFontSize();
         Edit *old = m_edit;
         m_edit = nullptr;
         old->deleteLater();
@@ -338,13 +337,7 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
         delete edit;
         if (replacing) {
             // The old file is already closed: go back to the browser.
-            for (const QPointer<QWidget> &w : qAsConst(m_hiddenForEdit)) {
-                if (w)
-                    w->show();
-            }
-            m_hiddenForEdit.clear();
-            m_fileNameLabel->clear();
-            Q_EMIT closeEditSignal();
+            showBrowserAgain();
         }
         QMessageBox::warning(m_container, QStringLiteral("Morvane Navarch"), message);
         return;
@@ -373,13 +366,18 @@ bool Panel::closeEdit()
         return true;
     if (!m_edit->closeEditor())
         return false;
-    Settings settings;
-    Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+    storeFontSize();
     Edit *edit = m_edit;
     m_edit = nullptr;
     if (QWidget *w = edit->widget())
         w->hide();
     edit->deleteLater();
+    showBrowserAgain();
+    return true;
+}
+
+void Panel::showBrowserAgain()
+{
     for (const QPointer<QWidget> &w : qAsConst(m_hiddenForEdit)) {
         if (w)
             w->show();
@@ -387,7 +385,12 @@ bool Panel::closeEdit()
     m_hiddenForEdit.clear();
     m_fileNameLabel->clear();
     Q_EMIT closeEditSignal();
-    return true;
+}
+
+void Panel::storeFontSize() const
+{
+    Settings settings;
+    Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
 }
 
 void Panel::increaseFont()
@@ -395,8 +398,7 @@ void Panel::increaseFont()
     if (!m_edit)
         return;
     m_edit->zoomIn();
-    Settings settings;
-    Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+    storeFontSize();
 }
 
 void Panel::decreaseFont()
@@ -404,8 +406,7 @@ void Panel::decreaseFont()
     if (!m_edit)
         return;
     m_edit->zoomOut();
-    Settings settings;
-    Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+    storeFontSize();
 }
 
 void Panel::addLinesTo(FileComparator &comparator, bool isLeft) const

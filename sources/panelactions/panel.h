@@ -116,6 +116,10 @@ public Q_SLOTS:
 private:
     void createTitleBar();
 
+    /** Shows what the editor covered and reports the editor closed. */
+    void showBrowserAgain();
+    void storeFontSize() const;
+
     bool m_isLeft;
     QWidget *m_container = nullptr;
     QVBoxLayout *m_contentLayout = nullptr;
