@@ -1,3 +1,4 @@
+#include "find.h"
 #include "finddialog.h"
 #include "settings.h"
 #include "testsupport.h"
@@ -140,10 +141,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("phrases");
         QTest::addColumn<QStringList>("matching");
         QTest::addColumn<QStringList>("notMatching");
-        QTest::newRow("fixed strings are escaped") << 3 << "a.c\n\nx+y\n" << QStringList{"1 a.c 2", "x+y"} << QStringList{"abc", "xxy"};
-        QTest::newRow("wildcards") << 0 << "a*c\nq?z" << QStringList{"abbbc", "qxz"} << QStringList{"ab", "qz"};
-        QTest::newRow("regular expressions") << 1 << "ab+c\n^z" << QStringList{"abbc", "zed"} << QStringList{"ac", "az"};
-        QTest::newRow("one phrase keeps its syntax") << 0 << "\n a*c \n" << QStringList{"abc"} << QStringList{"ab"};
+        QTest::addColumn<bool>("wholeWords");
+        QTest::newRow("fixed strings are escaped") << 3 << "a.c\n\nx+y\n" << QStringList{"1 a.c 2", "x+y"} << QStringList{"abc", "xxy"} << false;
+        QTest::newRow("wildcards") << 0 << "a*c\nq?z" << QStringList{"abbbc", "qxz"} << QStringList{"ab", "qz"} << false;
+        QTest::newRow("regular expressions") << 1 << "ab+c\n^z" << QStringList{"abbc", "zed"} << QStringList{"ac", "az"} << false;
+        QTest::newRow("one phrase keeps its syntax") << 0 << "\n a*c \n" << QStringList{"abc"} << QStringList{"ab"} << false;
+        QTest::newRow("whole words round every phrase") << 3 << "abc\ndef" << QStringList{"x abc y", "x def y"} << QStringList{"x abcd", "adef y"} << true;
     }
 
     // Several phrases become one pattern that finds a line holding any of them.
@@ -153,13 +156,16 @@ private Q_SLOTS:
         QFETCH(QString, phrases);
         QFETCH(QStringList, matching);
         QFETCH(QStringList, notMatching);
+        QFETCH(bool, wholeWords);
         FindDialog dialog(m_dir->path());
         Ui::FindDialog *ui = dialog.form();
         ui->radioButtonMultiple->setChecked(true);
         ui->comboBoxSyntax->setCurrentIndex(syntaxIndex);
         ui->textEditPhrases->setPlainText(phrases);
+        ui->checkBoxWholeWords->setChecked(wholeWords);
         QCOMPARE(dialog.findText(), phrases);
-        const QRegExp rx(dialog.pattern(), Qt::CaseSensitive, dialog.patternSyntax());
+        const QRegExp rx(Find::searchPattern(dialog.pattern(), dialog.isWholeWords()),
+                         Qt::CaseSensitive, dialog.patternSyntax());
         QVERIFY2(rx.isValid(), qPrintable(rx.pattern()));
         for (const QString &line : matching)
             QVERIFY2(rx.indexIn(line) >= 0, qPrintable(line));

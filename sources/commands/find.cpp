@@ -113,8 +113,10 @@ QString Find::phrasesPattern(const QStringList &phrases, QRegExp::PatternSyntax 
     }
     if (syntax != QRegExp::RegExp2)
         syntax = QRegExp::RegExp;
-    return QStringLiteral("(?:") + alternatives.join(QStringLiteral(")|(?:"))
-        + QLatin1Char(')');
+    // The alternation is grouped as a whole, so that the spaces of whole words
+    // surround every phrase rather than the first and the last one only.
+    return QStringLiteral("(?:(?:") + alternatives.join(QStringLiteral(")|(?:"))
+        + QStringLiteral("))");
 }
 
 void Find::stopFindThread()
@@ -127,6 +129,9 @@ void Find::stopFindThread()
         terminate();
         wait();
     }
+    // A terminated run never reaches the end of run(), where the flag is cleared;
+    // left set, it would end the next search before its first entry.
+    m_stop = false;
 }
 
 void Find::run()

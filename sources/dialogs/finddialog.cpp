@@ -104,9 +104,11 @@ void FindDialog::saveSettings()
 bool FindDialog::execute()
 {
     const bool accepted = exec() == QDialog::Accepted;
-    if (accepted && folder().isEmpty()) {
-        QMessageBox::information(nullptr, QStringLiteral("Find"),
-                                 QStringLiteral("Empty folder to search"));
+    if (folder().isEmpty()) {
+        // Nothing is kept without a folder; a cancelled dialog needs no message.
+        if (accepted)
+            QMessageBox::information(nullptr, QStringLiteral("Find"),
+                                     QStringLiteral("Empty folder to search"));
         return false;
     }
     addToList(m_ui->comboBoxFindFiles, maskText());
