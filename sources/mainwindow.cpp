@@ -107,6 +107,9 @@ MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString
 
 MainWindow::~MainWindow()
 {
+    // Hiding the window in QWidget's destructor moves the focus, and the
+    // application would report that to a window that is no longer whole.
+    disconnect(qApp, &QApplication::focusChanged, this, nullptr);
     writeSettings();
 }
 
