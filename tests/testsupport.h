@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settings.h"
+
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -31,10 +33,14 @@ public:
     }
 };
 
-/** Keeps every test away from the user's real settings and folders. */
+/**
+ * Keeps every test away from the user's real settings and folders, and starts
+ * each test program from an empty store so reruns do not inherit old values.
+ */
 inline void useTestSettings()
 {
     QStandardPaths::setTestModeEnabled(true);
+    Settings().clear();
 }
 
 #ifdef QT_WIDGETS_LIB
