@@ -182,7 +182,10 @@ def split_statements(text):
         if c == "/" and text.startswith("/*", i):
             end = text.find("*/", i + 2)
             end = n if end < 0 else end + 2
-            line_no += text.count("\n", i, end)
+            # Its line feeds stay, so that later lines of the statement keep their numbers.
+            breaks = text.count("\n", i, end)
+            line_no += breaks
+            current.append("\n" * breaks)
             i = end
             continue
         if c in "'\"[":
