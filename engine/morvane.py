@@ -14,6 +14,7 @@ starting with a carriage return and "C", and "line N - unexpected token '<t>'"
 for each statement that cannot be parsed. The stop event (a POSIX named
 semaphore) is polled between statements.
 """
+import codecs
 import ctypes
 import ctypes.util
 import glob
@@ -110,9 +111,16 @@ def parse_arguments(argv):
 
 
 def codec(name):
+    """The Python codec for an encoding name as the application lists it, or None."""
     if not name or name == "System":
         return locale.getpreferredencoding(False) or "utf-8"
-    return name
+    # Qt spells some names with a blank ("IBM 850") that Python writes without.
+    for candidate in (name, name.replace(" ", ""), name.replace(" ", "-")):
+        try:
+            return codecs.lookup(candidate).name
+        except LookupError:
+            pass
+    return None
 
 
 def script_list(options):
@@ -174,7 +182,10 @@ def split_statements(text):
         if c == "/" and text.startswith("/*", i):
             end = text.find("*/", i + 2)
             end = n if end < 0 else end + 2
-            line_no += text.count("\n", i, end)
+            # Its line feeds stay, so that later lines of the statement keep their numbers.
+            breaks = text.count("\n", i, end)
+            line_no += breaks
+            current.append("\n" * breaks)
             i = end
             continue
         if c in "'\"[":
@@ -233,7 +244,9 @@ def convert_script(path, options, target_name, read, write, stop):
             converted.append("/* not converted (%s):\n%s\n*/\n\n" % (type(e).__name__, statement))
         progress("Converted %d of %d statements" % (index, len(statements)))
     target = os.path.join(options["/DIR"], os.path.basename(path))
-    if os.path.abspath(target) == os.path.abspath(path):
+    # The same file may be reached through another spelling or a link.
+    if os.path.abspath(target) == os.path.abspath(path) or (
+            os.path.exists(target) and os.path.samefile(target, path)):
         line("Skipped %s: the output folder is the script's own folder." % path)
         return False, True
     try:
@@ -255,6 +268,10 @@ def main(argv):
     if read is None or write is None:
         line("Conversion from '%s' to '%s' is not supported by this engine." % (source, target))
         return 2
+    for switch in ("/SRCENC", "/TRGENC"):
+        if codec(options.get(switch)) is None:
+            line("The encoding '%s' (%s=) is not supported by this engine." % (options[switch], switch))
+            return 2
     if not options.get("/DIR") or not os.path.isdir(options["/DIR"]):
         line("The output folder '%s' does not exist." % options.get("/DIR", ""))
         return 3

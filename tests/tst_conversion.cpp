@@ -221,6 +221,25 @@ void TestConversion::defaultEngineConvertsSamples()
     QCOMPARE(m_conversion->errors().size(), 1);
     QCOMPARE(m_conversion->errors().at(0).file, samples.filePath(QStringLiteral("monthly_report.sql")));
     QCOMPARE(m_conversion->errors().at(0).line, 8);
+
+    // An encoding the engine cannot use: one clear message, non-zero exit.
+    m_conversion->setExtraOptions(QStringLiteral(" /SRCENC=TSCII /TRGENC=System"));
+    runEngine(QString(), 60000);
+    QCOMPARE(m_conversion->exitCode(), 2);
+    QVERIFY2(log().contains(QStringLiteral("The encoding 'TSCII'")), qPrintable(log()));
+
+    // The output folder is the script's own through a link: the source stays as it is.
+    const QByteArray text("SELECT TOP 1 a FROM t;\n");
+    const QString source = m_dir->createFile(QStringLiteral("own/s.sql"), text);
+    QVERIFY(QFile::link(m_dir->filePath(QStringLiteral("own")), m_dir->filePath(QStringLiteral("same"))));
+    m_conversion->setFile({source});
+    m_conversion->setOutputDir(m_dir->filePath(QStringLiteral("same")));
+    m_conversion->setExtraOptions(QStringLiteral(" /SRCENC=\"IBM 850\" /TRGENC=System"));
+    runEngine(QString(), 60000);
+    QVERIFY2(log().contains(QStringLiteral("Skipped")), qPrintable(log()));
+    QFile written(source);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    QCOMPARE(written.readAll(), text);
 }
 
 QTEST_GUILESS_MAIN(TestConversion)

@@ -233,6 +233,12 @@ void TestConversionController::folderSelectionUsesMask()
     QVERIFY(finished.wait(10000));
     QCOMPARE(m_conversion->lastArguments().first(), QStringLiteral("/F=\"%1/*.sql| %1/*.ddl\"").arg(folder));
 
+    // A codec name with a blank stays one switch.
+    m_controller->runOrPause({}, QStringLiteral("IBM 850"), QStringLiteral("UTF-8"), {folder},
+                             m_dir->filePath(QStringLiteral("out")));
+    QVERIFY(finished.wait(10000));
+    QCOMPARE(m_conversion->lastArguments().last(), QStringLiteral("/SRCENC=\"IBM 850\" /TRGENC=UTF-8"));
+
     // Cancelled: nothing runs.
     m_controller->setMaskQuestion([](QString *) { return false; });
     m_conversion->outputParser().clear();

@@ -231,10 +231,7 @@ bool Conversion::start()
     m_lastArguments = arguments;
     m_displayLine = maskedDisplayLine(m_program, arguments);
     qDebug() << "Command line:" << m_displayLine;
-    if (ansiCodePage() == 932)
-        m_output.appendText(m_displayLine.toLocal8Bit() + '\n');
-    else
-        m_output.appendText(m_displayLine.toUtf8() + '\n');
+    m_output.appendText(logBytes(m_displayLine) + '\n');
     Q_EMIT standardOutputChanged();
     for (const QString &note : qAsConst(notes))
         appendLog(note);
@@ -254,13 +251,20 @@ bool Conversion::start()
     return true;
 }
 
+QByteArray Conversion::logBytes(const QString &text)
+{
+    // The log reads the buffer as the engine writes it: local 8-bit on a
+    // Japanese system, UTF-8 elsewhere.
+    return ansiCodePage() == 932 ? text.toLocal8Bit() : text.toUtf8();
+}
+
 void Conversion::appendLog(const QString &line)
 {
     const QByteArray &buffer = m_output.buffer();
     QByteArray text;
     if (!buffer.isEmpty() && !buffer.endsWith('\n'))
         text += '\n';
-    text += line.toUtf8() + '\n';
+    text += logBytes(line) + '\n';
     m_output.appendText(text);
     Q_EMIT standardOutputChanged();
 }

@@ -86,6 +86,7 @@ public Q_SLOTS:
     void setOutputDir(QString outputDir);
 
 private:
+    static QByteArray logBytes(const QString &text);
     QString engineKey(const QString &value) const;
     QString takeTablesDdl(QString &extraOptions, QStringList &notes) const;
     QString maskedDisplayLine(const QString &program, const QStringList &arguments) const;

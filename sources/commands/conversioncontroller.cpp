@@ -95,9 +95,16 @@ void ConversionController::runOrPause(const QStringList &optionPieces,
         selection = applyMask(selection, mask);
     }
 
+    // Some codec names hold a blank ("IBM 850"): quoted, they stay one switch.
+    const auto encodingSwitch = [](const char *name, const QString &encoding) {
+        return QStringLiteral(" %1%2").arg(QLatin1String(name),
+                                           encoding.contains(QLatin1Char(' '))
+                                               ? QLatin1Char('"') + encoding + QLatin1Char('"')
+                                               : encoding);
+    };
     QString extra = optionPieces.join(QString());
-    extra += QStringLiteral(" /SRCENC=") + sourceEncoding;
-    extra += QStringLiteral(" /TRGENC=") + targetEncoding;
+    extra += encodingSwitch("/SRCENC=", sourceEncoding);
+    extra += encodingSwitch("/TRGENC=", targetEncoding);
     engine->setExtraOptions(extra);
     engine->setFile(selection);
     engine->setOutputDir(outputFolder);

@@ -1,6 +1,7 @@
 #include "conversionlogview.h"
 
 #include "conversion.h"
+#include "encodings.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -8,6 +9,7 @@
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextCodec>
 #include <QTextCursor>
 #include <QUrl>
 
@@ -17,6 +19,7 @@ namespace {
 
 // What the line shows: a carriage return inside a line redraws it, as on a
 // terminal, so the text after the last one that is followed by anything wins.
+// On a Japanese system the engine and the command line speak Shift_JIS.
 QString displayText(const QByteArray &line)
 {
     QByteArray text = line;
@@ -25,7 +28,10 @@ QString displayText(const QByteArray &line)
     const int cr = text.lastIndexOf('\r');
     if (cr >= 0)
         text = text.mid(cr + 1);
-    return QString::fromUtf8(text);
+    static QTextCodec *const codec = ansiCodePage() == 932
+        ? QTextCodec::codecForName("Shift_JIS")
+        : QTextCodec::codecForName("UTF-8");
+    return codec->toUnicode(text);
 }
 
 } // namespace
@@ -144,9 +150,6 @@ void ConversionLogView::render()
     if (m_blocks.empty())
         m_browser->document()->clear();
 
-    QScrollBar *bar = m_browser->verticalScrollBar();
-    const bool follow = !bar || bar->value() >= bar->maximum() - 4;
-
     // A flood of lines: show the newest ones and say how many were left out.
     int from = m_rendered;
     const int lastNewline = buffer.lastIndexOf('\n');
@@ -181,11 +184,10 @@ void ConversionLogView::render()
     }
     while (int(m_blocks.size()) > m_browser->document()->blockCount())
         m_blocks.pop_front();
-    if (follow) {
-        m_browser->moveCursor(QTextCursor::End);
-        if (bar)
-            bar->setValue(bar->maximum());
-    }
+    // The newest line always shows.
+    m_browser->moveCursor(QTextCursor::End);
+    if (QScrollBar *bar = m_browser->verticalScrollBar())
+        bar->setValue(bar->maximum());
 }
 
 void ConversionLogView::followLink(const QUrl &url)

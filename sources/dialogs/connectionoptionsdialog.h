@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QDialog>
-#include <QMap>
+#include "engineoptionsdialog.h"
 
 class QLineEdit;
 
 /** The engine's data source ("/D"), user ("/U") and password ("/P"). */
-class ConnectionOptionsDialog : public QDialog
+class ConnectionOptionsDialog : public EngineOptionsDialog
 {
     Q_OBJECT
 public:

@@ -10,23 +10,9 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-namespace {
-
-void store(QMap<QString, QString> &options, const QString &key, const QString &value)
-{
-    if (value.isEmpty())
-        options.remove(key);
-    else
-        options.insert(key, value);
-}
-
-} // namespace
-
 MigrationOptionsDialog::MigrationOptionsDialog(QWidget *parent)
-    : QDialog(parent)
+    : EngineOptionsDialog(QStringLiteral("Migration options"), 480, parent)
 {
-    setWindowTitle(QStringLiteral("Migration options"));
-    setMinimumWidth(480);
     auto *form = new QFormLayout;
     m_project = addFileRow(form, QStringLiteral("Project file:"),
                            QStringLiteral("Project files (*.prj *.xml);;All files (*)"));
@@ -38,12 +24,9 @@ MigrationOptionsDialog::MigrationOptionsDialog(QWidget *parent)
     m_extra->setPlaceholderText(QStringLiteral("further engine switches, e.g. /LOG=\"...\""));
     form->addRow(QStringLiteral("Extra options:"), m_extra);
 
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    connect(buttons, &QDialogButtonBox::accepted, this, &MigrationOptionsDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &MigrationOptionsDialog::reject);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addWidget(buttons);
+    layout->addWidget(createButtons());
 }
 
 QLineEdit *MigrationOptionsDialog::addFileRow(QFormLayout *form, const QString &label,
@@ -77,8 +60,8 @@ void MigrationOptionsDialog::setOptions(const QMap<QString, QString> &options)
 
 void MigrationOptionsDialog::applyTo(QMap<QString, QString> &options) const
 {
-    store(options, QStringLiteral("/PRJF="), m_project->text().trimmed());
-    store(options, QStringLiteral("/INI="), m_ini->text().trimmed());
-    store(options, QStringLiteral("/TBLDDL="), m_tablesDdl->text().trimmed());
-    store(options, QStringLiteral(" "), m_extra->text().trimmed());
+    storeOption(options, QStringLiteral("/PRJF="), m_project->text().trimmed());
+    storeOption(options, QStringLiteral("/INI="), m_ini->text().trimmed());
+    storeOption(options, QStringLiteral("/TBLDDL="), m_tablesDdl->text().trimmed());
+    storeOption(options, QStringLiteral(" "), m_extra->text().trimmed());
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QDialog>
-#include <QMap>
+#include "engineoptionsdialog.h"
 
 class QLineEdit;
 
@@ -9,7 +8,7 @@ class QLineEdit;
  * The engine's project file ("/PRJF="), INI file ("/INI="), tables DDL file
  * ("/TBLDDL=") and free extra options (kept under " ").
  */
-class MigrationOptionsDialog : public QDialog
+class MigrationOptionsDialog : public EngineOptionsDialog
 {
     Q_OBJECT
 public:

@@ -1,5 +1,5 @@
 // Test engine. Behaviour comes from the environment:
-//   TESTENGINE_SCRIPT  the script, after "inline:"
+//   TESTENGINE_SCRIPT  the script, after "inline:", or the file holding it, after "file:"
 //   TESTENGINE_ARGS    a file that receives the arguments, one per line
 //   MORVANE_STOP_EVENT the stop event's name (default "/MorvaneStopEvent")
 //
@@ -18,6 +18,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <iterator>
 #include <semaphore.h>
 #include <sstream>
 #include <string>
@@ -81,7 +82,18 @@ int main(int argc, char **argv)
             out << argv[i] << '\n';
     }
     const char *script = std::getenv("TESTENGINE_SCRIPT");
-    std::istringstream lines(script && std::strncmp(script, "inline:", 7) == 0 ? script + 7 : "");
+    std::string text;
+    if (script && std::strncmp(script, "inline:", 7) == 0) {
+        text = script + 7;
+    } else if (script && std::strncmp(script, "file:", 5) == 0) {
+        std::ifstream file(script + 5);
+        if (!file) {
+            std::fprintf(stderr, "testengine: cannot read the script %s\n", script + 5);
+            return 9;
+        }
+        text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+    std::istringstream lines(text);
     std::string line;
     while (std::getline(lines, line)) {
         const size_t space = line.find(' ');
