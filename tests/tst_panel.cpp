@@ -159,6 +159,10 @@ void TestPanel::synchronousViewing()
     m_left->openEditFile(path("left/long.sql"));
     QVERIFY(m_right->isEditing());
     m_left->maximizeButton()->click();
+    // Opening it again leaves the other side's editor as it is, and links the new one.
+    Edit *rightEditor = m_right->editor();
+    m_left->openEditFile(path("left/long.sql"));
+    QCOMPARE(m_right->editor(), rightEditor);
 
     QScrollBar *left = m_left->editor()->verticalScrollBar();
     QScrollBar *right = m_right->editor()->verticalScrollBar();

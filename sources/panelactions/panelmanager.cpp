@@ -404,7 +404,9 @@ void PanelManager::triggeredSyncViewMode()
                 return;
             const QString counterpart
                 = QDir(other->currentPath()).filePath(QFileInfo(file).fileName());
-            if (QFileInfo(counterpart).isFile()) {
+            // A side that already shows that file keeps it (and its unsaved changes).
+            const bool shown = other->editor() && other->editor()->filePath() == counterpart;
+            if (!shown && QFileInfo(counterpart).isFile()) {
                 m_syncing = true;
                 other->openEditFile(counterpart);
                 m_syncing = false;
