@@ -23,6 +23,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QKeyEvent>
 #include <QMessageBox>
@@ -190,6 +191,8 @@ void MainWindow::setupEditorAndComparison()
     m_fileDiff = new FileDiff(m_ui->actionShow_Dif_Files, this, left, right);
     m_fontActions = new FontActions(this);
     m_fontActions->connectActions(left, right, m_ui->toolBar);
+    // F5 in the left editor runs the conversion, as it does in the left browser.
+    connect(left, &Panel::startConversionSignal, this, &MainWindow::startConversionEx);
 }
 
 bool MainWindow::confirmDocumentsSaved()
@@ -198,7 +201,7 @@ bool MainWindow::confirmDocumentsSaved()
         Edit *edit = panel ? panel->editor() : nullptr;
         if (edit && !edit->savePrompt(tr("The document %1 has been modified.<br/>Save changes "
                                          "to the file before conversion?")
-                                          .arg(edit->name())))
+                                          .arg(QDir::toNativeSeparators(edit->filePath()))))
             return false;
     }
     return true;

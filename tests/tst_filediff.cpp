@@ -5,10 +5,13 @@
 #include "testsupport.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QLabel>
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 
 class TestFileDiff : public QObject
@@ -24,6 +27,7 @@ private Q_SLOTS:
     void steppingFollowsRightList();
     void showDiffOnlyTwice();
     void closeEndsDiffMode();
+    void unopenedFileMakesNoComparison();
     void fontActionsReachBothEditors();
 
 private:
@@ -170,6 +174,20 @@ void TestFileDiff::closeEndsDiffMode()
     compare("a\n", "b\n");
     QVERIFY(m_right->closeEdit());
     QVERIFY(ended());
+}
+
+void TestFileDiff::unopenedFileMakesNoComparison()
+{
+    QTimer::singleShot(0, [] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            box->accept();
+    });
+    m_diff->compareFiles(m_dir->filePath(QStringLiteral("left/gone.sql")),
+                         m_dir->createFile(QStringLiteral("right/b.sql"), "b\n"));
+    QVERIFY(m_diff->toolBar()->isHidden());
+    QVERIFY(m_compare->isEnabled());
+    QVERIFY(!m_right->isEditing());
+    QVERIFY(!m_diff->comparator());
 }
 
 void TestFileDiff::fontActionsReachBothEditors()

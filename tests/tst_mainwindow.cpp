@@ -218,6 +218,11 @@ private Q_SLOTS:
         QVERIFY(leftPanel->isEditing());
         QTest::keyClick(leftPanel->editor()->editorWidget(), Qt::Key_F3);
         QVERIFY(!window.findAction()->isEnabled());
+        // F5 in the left editor runs the conversion as well.
+        QSignalSpy logged(log, &QTextEdit::textChanged);
+        QTest::keyClick(leftPanel->editor()->editorWidget(), Qt::Key_F5);
+        QTRY_VERIFY(!logged.isEmpty());
+        QTRY_COMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
         QVERIFY(leftPanel->closeEdit());
         QVERIFY(window.findAction()->isEnabled());
     }

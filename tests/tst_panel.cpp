@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QScrollBar>
 #include <QLabel>
 #include <QTimer>
 #include <QToolButton>
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void cleanup();
     void settingsRoundTrip();
     void synchronousBrowsing();
+    void synchronousViewing();
     void panelKeys();
     void makeDirectory_data();
     void makeDirectory();
@@ -141,6 +143,38 @@ void TestPanel::synchronousBrowsing()
     m_manager->triggeredSyncBrowserMode();
     m_right->showPrevDir();
     QCOMPARE(m_left->currentPath(), path("left/sub"));
+}
+
+void TestPanel::synchronousViewing()
+{
+    QByteArray text;
+    for (int i = 0; i < 400; ++i)
+        text += "select " + QByteArray::number(i) + " from dual;\n";
+    m_dir->createFile(QStringLiteral("left/long.sql"), text);
+    m_dir->createFile(QStringLiteral("right/long.sql"), text);
+    child<QAction>(m_window, "syncViewAction")->setChecked(true);
+    m_manager->triggeredSyncViewMode();
+    // Opened while the other side is hidden by a maximized panel.
+    m_left->maximizeButton()->click();
+    m_left->openEditFile(path("left/long.sql"));
+    QVERIFY(m_right->isEditing());
+    m_left->maximizeButton()->click();
+    // Opening it again leaves the other side's editor as it is, and links the new one.
+    Edit *rightEditor = m_right->editor();
+    m_left->openEditFile(path("left/long.sql"));
+    QCOMPARE(m_right->editor(), rightEditor);
+
+    QScrollBar *left = m_left->editor()->verticalScrollBar();
+    QScrollBar *right = m_right->editor()->verticalScrollBar();
+    QTRY_VERIFY(left->maximum() > 100 && right->maximum() > 100);
+    left->setValue(100);
+    QCOMPARE(right->value(), 100);
+    m_right->editor()->goToLine(10);
+    QTRY_COMPARE(left->value(), right->value());
+    QVERIFY(left->value() < 100);
+
+    QVERIFY(m_left->closeEdit());
+    QVERIFY(!m_right->isEditing());
 }
 
 void TestPanel::panelKeys()

@@ -157,6 +157,14 @@ void Edit::execute()
             [this](int position, int type, const char *, int, int linesAdded, int, int, int, int,
                    int) { markChangedLines(position, type, linesAdded); });
     connect(m_editor.data(), &QsciScintilla::linesChanged, this, &Edit::updateLineNumberMargin);
+    // The editor moves its scroll bar with signals blocked when it scrolls by itself
+    // (keys, wheel, going to a line); report the new value so that linked bars follow.
+    connect(m_editor.data(), &QsciScintillaBase::SCN_UPDATEUI, this, [this](int updated) {
+        if (!(updated & QsciScintillaBase::SC_UPDATE_V_SCROLL))
+            return;
+        QScrollBar *bar = m_editor->verticalScrollBar();
+        Q_EMIT bar->valueChanged(bar->value());
+    });
 
     m_findAction = new QAction(tr("Find"), m_container);
     m_findAction->setObjectName(QStringLiteral("find"));

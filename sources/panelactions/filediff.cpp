@@ -85,10 +85,22 @@ void FileDiff::startComparison(const QString &leftFile, const QString &rightFile
         m_compareAction->setEnabled(false);
     m_toolBar->show();
 
+    // A side whose file did not open (unreadable, or the user kept the document open
+    // before it) would be compared as empty: the comparison is not made.
+    const auto opened = [](Panel *panel, const QString &file) {
+        panel->openEditFile(file, false);
+        return panel->editor() && panel->editor()->filePath() == file;
+    };
     auto comparator = std::make_unique<FileComparator>();
-    m_leftPanel->openEditFile(leftFile, false);
-    m_leftPanel->addLinesTo(*comparator, true);
-    m_rightPanel->openEditFile(rightFile, false);
+    const bool leftOpened = opened(m_leftPanel, leftFile);
+    if (leftOpened)
+        m_leftPanel->addLinesTo(*comparator, true);
+    if (!leftOpened || !opened(m_rightPanel, rightFile)) {
+        m_toolBar->hide();
+        if (m_compareAction)
+            m_compareAction->setEnabled(true);
+        return;
+    }
     m_rightPanel->addLinesTo(*comparator, false);
     if (!comparator->compare()) {
         QMessageBox::warning(m_mainWindow, QStringLiteral("Morvane Navarch"),

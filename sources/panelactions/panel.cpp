@@ -108,15 +108,8 @@ void Panel::showBrowser(bool show)
 
 QScrollBar *Panel::editorScrollBar() const
 {
-    if (!m_edit)
-        return nullptr;
-    // The editor is the scroll area in this panel that is not the browser's list.
-    const auto areas = m_container->findChildren<QAbstractScrollArea *>();
-    for (QAbstractScrollArea *area : areas) {
-        if (area != m_view->treeWidget() && area->isVisible())
-            return area->verticalScrollBar();
-    }
-    return nullptr;
+    // Asked of the editor itself: the panel may be hidden (the other side maximized).
+    return m_edit ? m_edit->verticalScrollBar() : nullptr;
 }
 
 bool Panel::handleKey(QKeyEvent *event)

@@ -404,11 +404,14 @@ void PanelManager::triggeredSyncViewMode()
                 return;
             const QString counterpart
                 = QDir(other->currentPath()).filePath(QFileInfo(file).fileName());
-            if (!QFileInfo(counterpart).isFile())
-                return;
-            m_syncing = true;
-            other->openEditFile(counterpart);
-            m_syncing = false;
+            // A side that already shows that file keeps it (and its unsaved changes).
+            const bool shown = other->editor() && other->editor()->filePath() == counterpart;
+            if (!shown && QFileInfo(counterpart).isFile()) {
+                m_syncing = true;
+                other->openEditFile(counterpart);
+                m_syncing = false;
+            }
+            // A file already open on the other side scrolls with the new one too.
             connectLeftRightEditScrollbar();
         });
         m_syncView << connect(panel, &Panel::closeEditSignal, this, [this, other] {
