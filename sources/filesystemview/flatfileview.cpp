@@ -18,8 +18,8 @@ namespace {
 constexpr int DeliverRows = 512;
 constexpr int DeliverMs = 40;
 // How long one insertion pass may keep the GUI thread busy.
-constexpr int InsertBudgetMs = 15;
-constexpr int InsertChunk = 256;
+constexpr int InsertBudgetMs = 10;
+constexpr int InsertChunk = 128;
 
 } // namespace
 
