@@ -34,6 +34,7 @@ private Q_SLOTS:
     void badFolders();
     void folderDeletedWhileShown();
     void driveMemory();
+    void flatList();
     void clipboardText();
 
 private:
@@ -282,6 +283,27 @@ void TestFileSystemView::folderDeletedWhileShown()
     QVERIFY(!paths.isEmpty());
     QVERIFY(m_status->currentMessage().contains("does not exist"));
     QVERIFY(row("a.sql"));
+}
+
+void TestFileSystemView::flatList()
+{
+    TreeWidget *tree = m_view->treeWidget();
+    tree->setFocus();
+    QSignalSpy icons(m_view, &FileSystemView::changeIcon);
+    QSignalSpy paths(m_view, &FileSystemView::changeCurrentPath);
+    m_view->setFlatList(true);
+    QTRY_VERIFY(!m_view->isListing());
+    QCOMPARE(icons.first().first().toBool(), false);
+    QCOMPARE(icons.last().first().toBool(), true);
+    QCOMPARE(tree->topLevelItemCount(), 4);  // "..", a.sql, b.txt, sub/inner.sql
+    QVERIFY(row("sub/inner.sql"));
+    // The flat list shows ".." in its name column; it is the current row all the same.
+    QVERIFY(tree->currentItem());
+    QCOMPARE(tree->currentItem()->text(1), QStringLiteral(".."));
+    m_view->setFlatList(false);
+    QCOMPARE(tree->columnCount(), 4);
+    QCOMPARE(tree->currentItem()->text(0), QStringLiteral(".."));
+    QCOMPARE(paths.count(), 1);
 }
 
 void TestFileSystemView::driveMemory()

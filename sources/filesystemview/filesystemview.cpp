@@ -194,8 +194,9 @@ void FileSystemView::flatListingDone()
 
 void FileSystemView::selectParentRow()
 {
-    const QList<QTreeWidgetItem *> found
-        = m_tree->findItems(FileView::parentName(), Qt::MatchExactly | Qt::MatchCaseSensitive, 0);
+    // The flat list shows ".." in its name column, after the empty folder cell.
+    const QList<QTreeWidgetItem *> found = m_tree->findItems(
+        FileView::parentName(), Qt::MatchExactly | Qt::MatchCaseSensitive, m_view->nameColumn());
     if (!found.isEmpty()) {
         m_tree->setCurrentItem(found.first(), 0, QItemSelectionModel::ClearAndSelect
                                                      | QItemSelectionModel::Rows);

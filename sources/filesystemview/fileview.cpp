@@ -4,15 +4,69 @@
 #include "fileitem.h"
 #include "treewidget.h"
 
+#include <QFile>
 #include <QFileIconProvider>
+#include <QHash>
+#include <QIcon>
 #include <QLocale>
 
+#ifdef Q_OS_LINUX
+#include <sys/stat.h>
+#include <time.h>
+#endif
+
 namespace {
+
+// The size and the last-modified time (local wall-clock time, with time spec
+// UTC so that nothing converts it again) of @p info, from one stat call.
+// QFileInfo's own time runs through the time-zone code several times per
+// call, each time checking the zone file again, which cost more than the
+// whole rest of a row.
+void readEntry(const QFileInfo &info, qint64 *size, QDateTime *modified)
+{
+#ifdef Q_OS_LINUX
+    struct stat st;
+    struct tm local;
+    if (::stat(QFile::encodeName(info.filePath()).constData(), &st) == 0
+        && localtime_r(&st.st_mtime, &local)) {
+        *size = st.st_size;
+        *modified = QDateTime(QDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday),
+                              QTime(local.tm_hour, local.tm_min, local.tm_sec,
+                                    int(st.st_mtim.tv_nsec / 1000000)),
+                              Qt::UTC);
+        return;
+    }
+#endif
+    *size = info.size();
+    const QDateTime shown = info.lastModified();
+    *modified = QDateTime(shown.date(), shown.time(), Qt::UTC);
+}
 
 QFileIconProvider &iconProvider()
 {
     static QFileIconProvider provider;
     return provider;
+}
+
+// Asking the provider builds a new icon each time (the style loads its
+// pixmaps again), which costs more than the rest of a row. Icons depend on
+// the kind of entry and its suffix, as the platforms' own icon caches assume;
+// programs, shortcuts and icon files carry icons of their own and are asked
+// for one by one. GUI thread only.
+QIcon iconFor(const QFileInfo &info)
+{
+    const QString suffix = info.isDir() ? QString() : info.suffix().toLower();
+    if (suffix == QLatin1String("exe") || suffix == QLatin1String("lnk")
+        || suffix == QLatin1String("ico"))
+        return iconProvider().icon(info);
+    const QChar kind = info.isSymLink() ? (info.isDir() ? QLatin1Char('L') : QLatin1Char('l'))
+                                        : (info.isDir() ? QLatin1Char('D') : QLatin1Char('f'));
+    static QHash<QString, QIcon> cache;
+    const QString key = kind + suffix;
+    auto it = cache.find(key);
+    if (it == cache.end())
+        it = cache.insert(key, iconProvider().icon(info));
+    return it.value();
 }
 
 } // namespace
@@ -89,18 +143,24 @@ FileRow FileView::makeRow(const QFileInfo &info) const
     names(info, &row.name, &row.directory);
     if (!row.isFolder)
         row.ext = info.suffix();
+    // ".." carries no date.
+    if (row.isParent) {
+        if (showFoldersAsRows())
+            row.size = folderSizeText();
+        return row;
+    }
+    qint64 bytes = 0;
+    QDateTime modified;
+    readEntry(info, &bytes, &modified);
     if (!row.isFolder) {
-        row.bytes = info.size();
+        row.bytes = bytes;
         row.size = sizeText(row.bytes);
     } else if (showFoldersAsRows()) {
         row.size = folderSizeText();
     }
-    // ".." carries no date.
-    if (!row.isParent) {
-        const QDateTime modified = info.lastModified();
-        row.modified = modified.toMSecsSinceEpoch();
-        row.date = dateText(modified, m_usTime);
-    }
+    // Sorting follows the shown wall-clock time.
+    row.modified = modified.toMSecsSinceEpoch();
+    row.date = dateText(modified, m_usTime);
     return row;
 }
 
@@ -117,7 +177,7 @@ void FileView::addRows(TreeWidget *tree, FileInfoMap &map, const QVector<FileRow
         texts << row.name << row.ext << row.size << row.date;
         auto *item = new FileItem(texts);
         setItemFlags(item);
-        item->setIcon(nameColumn(), iconProvider().icon(row.info));
+        item->setIcon(nameColumn(), iconFor(row.info));
         item->setData(0, FileInfoMap::KeyRole, row.key);
         const FileItem::Group group = row.isParent ? FileItem::ParentGroup
             : row.isFolder                         ? FileItem::FolderGroup
@@ -127,6 +187,15 @@ void FileView::addRows(TreeWidget *tree, FileInfoMap &map, const QVector<FileRow
         items << item;
     }
     tree->addTopLevelItems(items);
+}
+
+qint64 FileView::rowBytes(const QTreeWidgetItem *item, const QFileInfo &info)
+{
+    // A row keeps the size read when it was listed; asking the QFileInfo
+    // would read the metadata of every file from disk again.
+    if (item->type() == QTreeWidgetItem::UserType)
+        return static_cast<const FileItem *>(item)->size();
+    return info.size();
 }
 
 void FileView::setItemFlags(QTreeWidgetItem *) const

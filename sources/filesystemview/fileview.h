@@ -103,6 +103,9 @@ public:
     static QString parentName() { return QStringLiteral(".."); }
 
 protected:
+    /** The size of a file row, as read when it was listed. */
+    static qint64 rowBytes(const QTreeWidgetItem *item, const QFileInfo &info);
+
     QString m_mask;
     bool m_usTime;
 };

@@ -18,8 +18,8 @@ namespace {
 constexpr int DeliverRows = 512;
 constexpr int DeliverMs = 40;
 // How long one insertion pass may keep the GUI thread busy.
-constexpr int InsertBudgetMs = 15;
-constexpr int InsertChunk = 256;
+constexpr int InsertBudgetMs = 10;
+constexpr int InsertChunk = 128;
 
 } // namespace
 
@@ -89,7 +89,8 @@ void FlatFileView::stop()
 
 void FlatFileView::restoreColumnSizing()
 {
-    if (!m_tree)
+    // The list may show the full view's columns by now.
+    if (!m_tree || m_tree->columnCount() != columnCount())
         return;
     for (int column = 1; column < columnCount(); ++column)
         m_tree->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
@@ -121,7 +122,7 @@ void FlatFileView::countRow(const QTreeWidgetItem *item, const FileInfoMap &map,
     bool found = false;
     const QFileInfo info = map.value(item, &found);
     if (found)
-        *size += info.size();
+        *size += rowBytes(item, info);
     ++*count;
 }
 

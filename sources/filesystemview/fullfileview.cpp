@@ -68,7 +68,7 @@ void FullFileView::countRow(const QTreeWidgetItem *item, const FileInfoMap &map,
     bool found = false;
     const QFileInfo info = map.value(item, &found);
     if (found)
-        *size += info.size();
+        *size += rowBytes(item, info);
     ++*count;
 }
 

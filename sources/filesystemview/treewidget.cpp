@@ -15,6 +15,9 @@ TreeWidget::TreeWidget(QWidget *parent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     // All rows have one height; this keeps layout linear for huge folders.
     setUniformRowHeights(true);
+    // Columns sized to their contents measure the shown rows and this many
+    // more; a thousand (the default) makes every change of a huge list slow.
+    header()->setResizeContentsPrecision(250);
     header()->setSectionsClickable(true);
     connect(header(), &QHeaderView::sectionClicked, this, &TreeWidget::sortByColumn);
 }
