@@ -17,7 +17,7 @@
 
 namespace {
 
-// The size and the last-modified time (local wall-clock time, with time spec
+// The size and the last-modified time (local wall-clock time, marked as
 // UTC so that nothing converts it again) of @p info, from one stat call.
 // QFileInfo's own time runs through the time-zone code several times per
 // call, each time checking the zone file again, which cost more than the
