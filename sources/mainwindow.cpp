@@ -148,7 +148,7 @@ void MainWindow::createActions()
     m_ui->menuNew->addSeparator();
     m_recentMenu = m_ui->menuNew->addMenu(QStringLiteral("Recent Folders"));
     RecentFolderStorage::instance().fillMenu(m_recentMenu);
-    // The window is not in a layout that owns the actions' shortcuts otherwise.
+    // Their shortcuts work anywhere in the window, not only while the menu is open.
     addAction(m_findAction);
     addAction(m_cancelAction);
 
