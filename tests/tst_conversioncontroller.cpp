@@ -20,21 +20,7 @@
 class TestConversionController : public QObject
 {
     Q_OBJECT
-private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
-    void init();
-    void cleanup();
-    void runPauseResumeStop();
-    void terminateQuestion_data();
-    void terminateQuestion();
-    void summary_data();
-    void summary();
-    void folderSelectionUsesMask();
-    void logLinks();
-
 private:
-    void startRun(const QString &script, const QStringList &files = {});
     QString label() const { return m_window->form()->labelProcessState->text(); }
     QString log() const { return QString::fromUtf8(m_conversion->output()); }
 
@@ -47,244 +33,244 @@ private:
     Conversion *m_conversion = nullptr;
     QStringList m_labels;
     int m_questions = 0;
-};
 
-void TestConversionController::initTestCase()
-{
-    useTestSettings();
-    m_eventName = "/MorvaneStopEvent-tst-controller-"
-                  + QByteArray::number(QCoreApplication::applicationPid());
-    qputenv("MORVANE_STOP_EVENT", m_eventName);
-    // Pausing reaches every process with the engine's name: a name of our own
-    // keeps other programs out of it.
-    m_engine = m_binDir.filePath(QStringLiteral("tep%1").arg(QCoreApplication::applicationPid()));
-    QVERIFY(QFile::copy(QStringLiteral(TEST_ENGINE_PATH), m_engine));
-    QFile::setPermissions(m_engine, QFile::permissions(m_engine) | QFile::ExeOwner);
-}
-
-void TestConversionController::cleanupTestCase()
-{
-    sem_unlink(m_eventName.constData());
-}
-
-void TestConversionController::init()
-{
-    m_dir = std::make_unique<TestDir>();
-    m_window = std::make_unique<MainWindow>(nullptr, nullptr, QString());
-    m_controller = m_window->conversionController();
-    m_conversion = m_controller->conversion();
-    m_conversion->setEngineProgram(m_engine);
-    m_questions = 0;
-    m_controller->setTerminateQuestion([this] {
-        ++m_questions;
-        return false;
-    });
-    m_labels.clear();
-    auto record = [this] {
-        if (m_labels.isEmpty() || m_labels.last() != label())
-            m_labels << label();
-    };
-    connect(m_conversion, &QProcess::stateChanged, m_window.get(), record);
-    connect(m_controller, &ConversionController::pauseMode, m_window.get(), record);
-    connect(m_controller, &ConversionController::conversionMode, m_window.get(), record);
-}
-
-void TestConversionController::cleanup()
-{
-    if (m_conversion->state() != QProcess::NotRunning) {
-        m_conversion->terminate();
-        m_conversion->waitForFinished(5000);
+    void startRun(const QString &script, const QStringList &files = {})
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TESTENGINE_SCRIPT"), QStringLiteral("inline:") + script);
+        m_conversion->setProcessEnvironment(environment);
+        const QStringList selection = files.isEmpty()
+            ? QStringList{m_dir->createFile(QStringLiteral("in/a.sql"), "select 1;")}
+            : files;
+        m_controller->runOrPause({QStringLiteral(" /INI=\"/x/morvane.ini\"")}, QStringLiteral("System"),
+                                 QStringLiteral("UTF-8"), selection,
+                                 m_dir->createDir(QStringLiteral("out")));
     }
-    m_window.reset();
-    m_dir.reset();
-}
 
-void TestConversionController::startRun(const QString &script, const QStringList &files)
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TESTENGINE_SCRIPT"), QStringLiteral("inline:") + script);
-    m_conversion->setProcessEnvironment(environment);
-    const QStringList selection = files.isEmpty()
-        ? QStringList{m_dir->createFile(QStringLiteral("in/a.sql"), "select 1;")}
-        : files;
-    m_controller->runOrPause({QStringLiteral(" /INI=\"/x/morvane.ini\"")}, QStringLiteral("System"),
-                             QStringLiteral("UTF-8"), selection,
-                             m_dir->createDir(QStringLiteral("out")));
-}
+private Q_SLOTS:
+    void initTestCase()
+    {
+        useTestSettings();
+        m_eventName = "/MorvaneStopEvent-tst-controller-"
+                      + QByteArray::number(QCoreApplication::applicationPid());
+        qputenv("MORVANE_STOP_EVENT", m_eventName);
+        // Pausing reaches every process with the engine's name: a name of our own
+        // keeps other programs out of it.
+        m_engine = m_binDir.filePath(QStringLiteral("tep%1").arg(QCoreApplication::applicationPid()));
+        QVERIFY(QFile::copy(QStringLiteral(TEST_ENGINE_PATH), m_engine));
+        QFile::setPermissions(m_engine, QFile::permissions(m_engine) | QFile::ExeOwner);
+    }
 
-void TestConversionController::runPauseResumeStop()
-{
-    QCOMPARE(label(), QStringLiteral("Not Running"));
-    startRun(QStringLiteral("ticks 2000 20 tick"));
-    QTRY_COMPARE(label(), QStringLiteral("Running"));
-    QTRY_VERIFY(log().contains(QStringLiteral("tick 3")));
-    const qint64 pid = m_conversion->processId();
+    void cleanupTestCase()
+    {
+        sem_unlink(m_eventName.constData());
+    }
 
-    // Run again: pauses this run, never starts a second one.
-    startRun(QStringLiteral("ticks 2000 20 second"));
-    QCOMPARE(label(), QStringLiteral("Pause"));
-    QCOMPARE(m_conversion->processId(), pid);
-    QTest::qWait(100);
-    const int pausedSize = m_conversion->output().size();
-    QTest::qWait(400);
-    QCOMPARE(m_conversion->output().size(), pausedSize);
-    QCOMPARE(m_window->runAction()->toolTip(), QStringLiteral("Resume"));
-
-    startRun(QString());
-    QCOMPARE(label(), QStringLiteral("Running"));
-    QTRY_VERIFY(m_conversion->output().size() > pausedSize);
-    QVERIFY(!log().contains(QStringLiteral("second")));
-
-    QElapsedTimer clock;
-    clock.start();
-    m_controller->StopConversion();
-    QTRY_COMPARE_WITH_TIMEOUT(m_conversion->state(), QProcess::NotRunning, 3000);
-    QVERIFY(clock.elapsed() < 3000);
-    QCOMPARE(m_questions, 0);
-    QCOMPARE(m_labels, (QStringList{QStringLiteral("Starting"), QStringLiteral("Running"),
-                                    QStringLiteral("Pause"), QStringLiteral("Running"),
-                                    QStringLiteral("Not Running")}));
-    QVERIFY(log().contains(QStringLiteral("Stopped")));
-    QVERIFY(log().contains(QStringLiteral("Conversion stopped on request: exit code 0")));
-}
-
-void TestConversionController::terminateQuestion_data()
-{
-    QTest::addColumn<bool>("answer");
-    QTest::newRow("No leaves it running") << false;
-    QTest::newRow("Yes ends it") << true;
-}
-
-void TestConversionController::terminateQuestion()
-{
-    QFETCH(bool, answer);
-    m_controller->setTerminateQuestion(nullptr);
-    QString shown;
-    QTimer clicker;
-    connect(&clicker, &QTimer::timeout, this, [&] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+    void init()
+    {
+        m_dir = std::make_unique<TestDir>();
+        m_window = std::make_unique<MainWindow>(nullptr, nullptr, QString());
+        m_controller = m_window->conversionController();
+        m_conversion = m_controller->conversion();
+        m_conversion->setEngineProgram(m_engine);
+        m_questions = 0;
+        m_controller->setTerminateQuestion([this] {
             ++m_questions;
-            shown = box->text();
-            box->button(answer ? QMessageBox::Yes : QMessageBox::No)->click();
-        }
-    });
-    clicker.start(50);
-    startRun(QStringLiteral("sleep 30000"));
-    QTRY_COMPARE(label(), QStringLiteral("Running"));
-    m_controller->StopConversion();
-    m_controller->StopConversion();
-    QTRY_COMPARE_WITH_TIMEOUT(m_questions, 1, 6000);
-    QCOMPARE(shown, QStringLiteral("The conversion engine has not stopped. Terminate it?"));
-    if (answer) {
-        QTRY_COMPARE(m_conversion->state(), QProcess::NotRunning);
-        QVERIFY(log().contains(QStringLiteral("The conversion engine was terminated after")));
-    } else {
-        // One question per timeout, however often Stop was pressed.
-        QTest::qWait(3500);
-        QCOMPARE(m_questions, 1);
-        QCOMPARE(m_conversion->state(), QProcess::Running);
+            return false;
+        });
+        m_labels.clear();
+        auto record = [this] {
+            if (m_labels.isEmpty() || m_labels.last() != label())
+                m_labels << label();
+        };
+        connect(m_conversion, &QProcess::stateChanged, m_window.get(), record);
+        connect(m_controller, &ConversionController::pauseMode, m_window.get(), record);
+        connect(m_controller, &ConversionController::conversionMode, m_window.get(), record);
     }
-}
 
-void TestConversionController::summary_data()
-{
-    QTest::addColumn<QString>("engine");
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QStringList>("expected");
-    QTest::newRow("non-zero exit")
-        << QString() << "out Converting script (\"/a.sql\") to X\\nline 4 - unexpected token 'x'\\n\nexit 3"
-        << QStringList{"Converting script", "Conversion finished: exit code 3, duration",
-                       "1 script(s) with errors"};
-    QTest::newRow("crash") << QString() << "out working\\n\ncrash" << QStringList{"working\n", "crashed"};
-    QTest::newRow("invalid UTF-8 and bare carriage returns")
-        << QString()
-        << "out Converting script (\"/\\xff.sql\") to X\\nline 2 - unexpected token 'a\\rb'\\n\\rxy\\r\\n"
-           "\nout Converting script (\"/n.sql\") to X\\n"
-        << QStringList{"Converting script (\"/\xef\xbf\xbd.sql\")", "exit code 0"};
-    QTest::newRow("no engine") << "no-engine" << QString()
-                               << QStringList{"no-engine' does not exist; nothing was converted"};
-}
+    void cleanup()
+    {
+        if (m_conversion->state() != QProcess::NotRunning) {
+            m_conversion->terminate();
+            m_conversion->waitForFinished(5000);
+        }
+        m_window.reset();
+        m_dir.reset();
+    }
 
-void TestConversionController::summary()
-{
-    QFETCH(QString, engine);
-    QFETCH(QString, script);
-    QFETCH(QStringList, expected);
-    if (!engine.isEmpty())
-        m_conversion->setEngineProgram(m_dir->filePath(engine));
-    QSignalSpy finished(m_controller, &ConversionController::runFinished);
-    startRun(script);
-    // A missing engine ends the run before Run returns.
-    QVERIFY(finished.count() == 1 || finished.wait(10000));
-    for (const QString &text : expected)
-        QVERIFY2(log().contains(text), qPrintable(log()));
-    QCOMPARE(label(), QStringLiteral("Not Running"));
-}
+    void runPauseResumeStop()
+    {
+        startRun(QStringLiteral("ticks 2000 20 tick"));
+        QTRY_COMPARE(label(), QStringLiteral("Running"));
+        QTRY_VERIFY(log().contains(QStringLiteral("tick 3")));
+        const qint64 pid = m_conversion->processId();
 
-void TestConversionController::folderSelectionUsesMask()
-{
-    const QString folder = m_dir->createDir(QStringLiteral("my scripts"));
-    m_controller->setMaskQuestion([](QString *mask) {
-        *mask = QStringLiteral("*.sql; *.ddl");
-        return true;
-    });
-    QSignalSpy finished(m_controller, &ConversionController::runFinished);
-    startRun(QString(), {folder});
-    QVERIFY(finished.wait(10000));
-    QCOMPARE(m_conversion->lastArguments().first(), QStringLiteral("/F=\"%1/*.sql| %1/*.ddl\"").arg(folder));
+        // Run again: pauses this run, never starts a second one.
+        startRun(QStringLiteral("ticks 2000 20 second"));
+        QCOMPARE(label(), QStringLiteral("Pause"));
+        QCOMPARE(m_conversion->processId(), pid);
+        QTest::qWait(100);
+        const int pausedSize = m_conversion->output().size();
+        QTest::qWait(400);
+        QCOMPARE(m_conversion->output().size(), pausedSize);
+        QCOMPARE(m_window->runAction()->toolTip(), QStringLiteral("Resume"));
 
-    // A codec name with a blank stays one switch.
-    m_controller->runOrPause({}, QStringLiteral("IBM 850"), QStringLiteral("UTF-8"), {folder},
-                             m_dir->filePath(QStringLiteral("out")));
-    QVERIFY(finished.wait(10000));
-    QCOMPARE(m_conversion->lastArguments().last(), QStringLiteral("/SRCENC=\"IBM 850\" /TRGENC=UTF-8"));
+        startRun(QString());
+        QCOMPARE(label(), QStringLiteral("Running"));
+        QTRY_VERIFY(m_conversion->output().size() > pausedSize);
+        QVERIFY(!log().contains(QStringLiteral("second")));
 
-    // Cancelled: nothing runs.
-    m_controller->setMaskQuestion([](QString *) { return false; });
-    m_conversion->outputParser().clear();
-    startRun(QString(), {folder});
-    QCOMPARE(m_conversion->state(), QProcess::NotRunning);
-    QVERIFY(m_conversion->output().isEmpty());
-}
+        QElapsedTimer clock;
+        clock.start();
+        m_controller->StopConversion();
+        QTRY_COMPARE_WITH_TIMEOUT(m_conversion->state(), QProcess::NotRunning, 3000);
+        QVERIFY(clock.elapsed() < 3000);
+        QCOMPARE(m_questions, 0);
+        QCOMPARE(m_labels, (QStringList{QStringLiteral("Starting"), QStringLiteral("Running"),
+                                        QStringLiteral("Pause"), QStringLiteral("Running"),
+                                        QStringLiteral("Not Running")}));
+        QVERIFY(log().contains(QStringLiteral("Stopped")));
+        QVERIFY(log().contains(QStringLiteral("Conversion stopped on request: exit code 0")));
+    }
 
-void TestConversionController::logLinks()
-{
-    const QString first = m_dir->createFile(QStringLiteral("in/first script.sql"), "a\nb\nc\n");
-    const QString second = m_dir->createFile(QStringLiteral("in/second.sql"), "x\n");
-    QSignalSpy finished(m_controller, &ConversionController::runFinished);
-    startRun(QStringLiteral("out Converting script (\"%1\") to PostgreSQL\\n\n"
-                            "sleep 150\nout \\n\\rCompleted 1\nsleep 150\nout \\n\\rCompleted 2\nsleep 150\n"
-                            "out \\nline 3 - unexpected token 'oops'\\n\n"
-                            "out Converting script (\"%2\") to PostgreSQL\\n\n")
-                 .arg(first, second),
-             {first, second});
-    QVERIFY(finished.wait(10000));
-    QTRY_COMPARE(m_conversion->errors().size(), 1);
-    m_window->conversionLogView()->flush();
+    void terminateQuestion_data()
+    {
+        QTest::addColumn<bool>("answer");
+        QTest::newRow("No leaves it running") << false;
+        QTest::newRow("Yes ends it") << true;
+    }
 
-    QTextBrowser *browser = m_window->form()->textEditLogView;
-    const QString plain = browser->toPlainText();
-    QVERIFY2(plain.contains(QStringLiteral("Completed 2")), qPrintable(plain));
-    QVERIFY(!plain.contains(QStringLiteral("Completed 1")));
-    const QString linkText = QStringLiteral("%1:3").arg(first);
-    QVERIFY2(plain.contains(linkText + QStringLiteral(" Unexpected token 'oops'")), qPrintable(plain));
+    void terminateQuestion()
+    {
+        QFETCH(bool, answer);
+        m_controller->setTerminateQuestion(nullptr);
+        QString shown;
+        QTimer clicker;
+        connect(&clicker, &QTimer::timeout, this, [&] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                ++m_questions;
+                shown = box->text();
+                box->button(answer ? QMessageBox::Yes : QMessageBox::No)->click();
+            }
+        });
+        clicker.start(50);
+        startRun(QStringLiteral("sleep 30000"));
+        QTRY_COMPARE(label(), QStringLiteral("Running"));
+        m_controller->StopConversion();
+        m_controller->StopConversion();
+        QTRY_COMPARE_WITH_TIMEOUT(m_questions, 1, 6000);
+        QCOMPARE(shown, QStringLiteral("The conversion engine has not stopped. Terminate it?"));
+        if (answer) {
+            QTRY_COMPARE(m_conversion->state(), QProcess::NotRunning);
+            QVERIFY(log().contains(QStringLiteral("The conversion engine was terminated after")));
+        } else {
+            // One question per timeout, however often Stop was pressed.
+            QTest::qWait(3500);
+            QCOMPARE(m_questions, 1);
+            QCOMPARE(m_conversion->state(), QProcess::Running);
+        }
+    }
 
-    m_window->show();
-    m_window->form()->tabWidget->setVisible(true);
-    m_window->form()->tabWidget->setCurrentIndex(1);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
-    QTextCursor cursor = browser->document()->find(linkText);
-    QVERIFY(!cursor.isNull());
-    cursor.setPosition(cursor.selectionStart() + 2);
-    browser->setTextCursor(cursor);
-    browser->ensureCursorVisible();
-    const QPoint at = browser->cursorRect(cursor).center();
-    QSignalSpy open(m_window->conversionLogView(), &ConversionLogView::openFileAtLine);
-    QTest::mouseClick(browser->viewport(), Qt::LeftButton, {}, at);
-    QTRY_COMPARE(open.count(), 1);
-    QCOMPARE(open.at(0).at(0).toString(), first);
-    QCOMPARE(open.at(0).at(1).toInt(), 3);
-}
+    void summary_data()
+    {
+        QTest::addColumn<QString>("engine");
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("non-zero exit")
+            << QString() << "out Converting script (\"/a.sql\") to X\\nline 4 - unexpected token 'x'\\n\nexit 3"
+            << QStringList{"Converting script", "Conversion finished: exit code 3, duration",
+                           "1 script(s) with errors"};
+        QTest::newRow("crash") << QString() << "out working\\n\ncrash" << QStringList{"working\n", "crashed"};
+        QTest::newRow("invalid UTF-8 and bare carriage returns")
+            << QString()
+            << "out Converting script (\"/\\xff.sql\") to X\\nline 2 - unexpected token 'a\\rb'\\n\\rxy\\r\\n"
+               "\nout Converting script (\"/n.sql\") to X\\n"
+            << QStringList{"Converting script (\"/\xef\xbf\xbd.sql\")", "exit code 0"};
+        QTest::newRow("no engine") << "no-engine" << QString()
+                                   << QStringList{"no-engine' does not exist; nothing was converted"};
+    }
+
+    void summary()
+    {
+        QFETCH(QString, engine);
+        QFETCH(QString, script);
+        QFETCH(QStringList, expected);
+        if (!engine.isEmpty())
+            m_conversion->setEngineProgram(m_dir->filePath(engine));
+        QSignalSpy finished(m_controller, &ConversionController::runFinished);
+        startRun(script);
+        // A missing engine ends the run before Run returns.
+        QVERIFY(finished.count() == 1 || finished.wait(10000));
+        for (const QString &text : expected)
+            QVERIFY2(log().contains(text), qPrintable(log()));
+        QCOMPARE(label(), QStringLiteral("Not Running"));
+    }
+
+    void folderSelectionUsesMask()
+    {
+        const QString folder = m_dir->createDir(QStringLiteral("my scripts"));
+        m_controller->setMaskQuestion([](QString *mask) {
+            *mask = QStringLiteral("*.sql; *.ddl");
+            return true;
+        });
+        QSignalSpy finished(m_controller, &ConversionController::runFinished);
+        startRun(QString(), {folder});
+        QVERIFY(finished.wait(10000));
+        QCOMPARE(m_conversion->lastArguments().first(), QStringLiteral("/F=\"%1/*.sql| %1/*.ddl\"").arg(folder));
+
+        // A codec name with a blank stays one switch.
+        m_controller->runOrPause({}, QStringLiteral("IBM 850"), QStringLiteral("UTF-8"), {folder},
+                                 m_dir->filePath(QStringLiteral("out")));
+        QVERIFY(finished.wait(10000));
+        QCOMPARE(m_conversion->lastArguments().last(), QStringLiteral("/SRCENC=\"IBM 850\" /TRGENC=UTF-8"));
+
+        // Cancelled: nothing runs.
+        m_controller->setMaskQuestion([](QString *) { return false; });
+        m_conversion->outputParser().clear();
+        startRun(QString(), {folder});
+        QCOMPARE(m_conversion->state(), QProcess::NotRunning);
+        QVERIFY(m_conversion->output().isEmpty());
+    }
+
+    void logLinks()
+    {
+        const QString first = m_dir->createFile(QStringLiteral("in/first script.sql"), "a\nb\nc\n");
+        const QString second = m_dir->createFile(QStringLiteral("in/second.sql"), "x\n");
+        QSignalSpy finished(m_controller, &ConversionController::runFinished);
+        startRun(QStringLiteral("out Converting script (\"%1\") to PostgreSQL\\n\n"
+                                "sleep 150\nout \\n\\rCompleted 1\nsleep 150\nout \\n\\rCompleted 2\nsleep 150\n"
+                                "out \\nline 3 - unexpected token 'oops'\\n\n"
+                                "out Converting script (\"%2\") to PostgreSQL\\n\n")
+                     .arg(first, second),
+                 {first, second});
+        QVERIFY(finished.wait(10000));
+        QTRY_COMPARE(m_conversion->errors().size(), 1);
+        m_window->conversionLogView()->flush();
+
+        QTextBrowser *browser = m_window->form()->textEditLogView;
+        const QString plain = browser->toPlainText();
+        QVERIFY2(plain.contains(QStringLiteral("Completed 2")), qPrintable(plain));
+        QVERIFY(!plain.contains(QStringLiteral("Completed 1")));
+        const QString linkText = QStringLiteral("%1:3").arg(first);
+        QVERIFY2(plain.contains(linkText + QStringLiteral(" Unexpected token 'oops'")), qPrintable(plain));
+
+        m_window->show();
+        m_window->form()->tabWidget->setVisible(true);
+        m_window->form()->tabWidget->setCurrentIndex(1);
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+        QTextCursor cursor = browser->document()->find(linkText);
+        QVERIFY(!cursor.isNull());
+        cursor.setPosition(cursor.selectionStart() + 2);
+        browser->setTextCursor(cursor);
+        browser->ensureCursorVisible();
+        const QPoint at = browser->cursorRect(cursor).center();
+        QSignalSpy open(m_window->conversionLogView(), &ConversionLogView::openFileAtLine);
+        QTest::mouseClick(browser->viewport(), Qt::LeftButton, {}, at);
+        QTRY_COMPARE(open.count(), 1);
+        QCOMPARE(open.at(0).at(0).toString(), first);
+        QCOMPARE(open.at(0).at(1).toInt(), 3);
+    }
+};
 
 QTEST_MAIN(TestConversionController)
 #include "tst_conversioncontroller.moc"

@@ -69,356 +69,329 @@ QByteArray readAll(const QString &path)
 class TestEdit : public QObject
 {
     Q_OBJECT
-private Q_SLOTS:
-    void initTestCase() { useTestSettings(); }
-    void init();
-    void cleanup();
-
-    void languageChoice_data();
-    void languageChoice();
-    void savePreservesEncodingAndLineEnds_data();
-    void savePreservesEncodingAndLineEnds();
-    void operationsWithoutEditor();
-    void lineOperationsAndFont();
-    void badInputOpensReadOnly_data();
-    void badInputOpensReadOnly();
-    void hugeFileOpensPlain();
-    void failedSaveKeepsOriginalAndEdit_data();
-    void failedSaveKeepsOriginalAndEdit();
-    void removedFileAsksBeforeRecreating();
-    void prompts_data();
-    void prompts();
-    void searchLinksAndMode();
-    void escapeAsksToClose();
-
 private:
-    Edit *open(const QString &path, const QByteArray &codec = "UTF-8");
-    // Opens a new file holding "a\n" and types @p typed at its start.
-    Edit *openChanged(const QString &name, const QString &typed = QStringLiteral("x"));
-
     TestDir *m_dir = nullptr;
     QWidget *m_host = nullptr;
     QVBoxLayout *m_layout = nullptr;
     Edit *m_edit = nullptr;
-};
 
-void TestEdit::init()
-{
-    m_dir = new TestDir;
-    m_host = new QWidget;
-    m_layout = new QVBoxLayout(m_host);
-    m_host->resize(600, 400);
-    m_host->show();
-}
-
-void TestEdit::cleanup()
-{
-    delete m_edit;
-    m_edit = nullptr;
-    delete m_host;
-    delete m_dir;
-}
-
-Edit *TestEdit::open(const QString &path, const QByteArray &codec)
-{
-    delete m_edit;
-    m_edit = new Edit(1, nullptr);
-    m_edit->setHostLayout(m_layout);
-    m_edit->setCodec(codec);
-    m_edit->setFile(path);
-    m_edit->execute();
-    return m_edit;
-}
-
-Edit *TestEdit::openChanged(const QString &name, const QString &typed)
-{
-    Edit *edit = open(m_dir->createFile(name, "a\n"));
-    edit->editorWidget()->insertAt(typed, 0, 0);
-    return edit;
-}
-
-void TestEdit::languageChoice_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("conversion");
-    QTest::addColumn<QString>("language");
-    QTest::newRow("upper-case extension") << "A.SQL" << "Java" << "SQL";
-    QTest::newRow("Pro*C") << "x.pc" << "" << "C++";
-    QTest::newRow("aspx") << "x.aspx" << "" << "HTML";
-    QTest::newRow("txt by app direction") << "x.txt" << "Java" << "Java";
-    QTest::newRow("txt by database direction") << "x.txt" << "Oracle" << "SQL";
-    QTest::newRow("no extension, no direction") << "README" << "" << "";
-}
-
-void TestEdit::languageChoice()
-{
-    QFETCH(QString, file);
-    QFETCH(QString, conversion);
-    QFETCH(QString, language);
-    QCOMPARE(Edit::languageName(file, conversion), language);
-}
-
-void TestEdit::savePreservesEncodingAndLineEnds_data()
-{
-    QTest::addColumn<QByteArray>("codec");
-    QTest::addColumn<QByteArray>("bom");
-    QTest::addColumn<QString>("text");
-    const QString text = QString::fromUtf8("select 'café';\r\nfrom dual\n-- Привет\rend");
-    QTest::newRow("UTF-8 with BOM, mixed line ends")
-        << QByteArray("UTF-8") << QByteArray("\xEF\xBB\xBF") << text;
-    QTest::newRow("UTF-8 without BOM") << QByteArray("UTF-8") << QByteArray() << text;
-    QTest::newRow("UTF-16LE BOM") << QByteArray("UTF-16LE") << QByteArray("\xFF\xFE") << text;
-    QTest::newRow("UTF-32LE BOM") << QByteArray("UTF-32LE")
-                                  << QByteArray("\xFF\xFE\x00\x00", 4) << text;
-    QTest::newRow("windows-1251, CRLF")
-        << QByteArray("windows-1251") << QByteArray()
-        << QString::fromUtf8("select 'Привет'\r\nfrom t\r\n");
-    QTest::newRow("Shift_JIS") << QByteArray("Shift_JIS") << QByteArray()
-                               << QString::fromUtf8("select '日本語'\nfrom t\n");
-}
-
-void TestEdit::savePreservesEncodingAndLineEnds()
-{
-    QFETCH(QByteArray, codec);
-    QFETCH(QByteArray, bom);
-    QFETCH(QString, text);
-    QTextCodec *c = QTextCodec::codecForName(codec);
-    const QString path =
-        m_dir->createFile(QStringLiteral("my file -x.sql"), bom + encoded(c, text));
-    // With a BOM the file's own mark wins over the chosen codec.
-    Edit *edit = open(path, bom.isEmpty() ? codec : QByteArray("windows-1251"));
-    QVERIFY(edit->errorString().isEmpty());
-    QVERIFY(!edit->hasDecodingErrors());
-    QCOMPARE(edit->text(), text);
-    QCOMPARE(edit->codecName(), codec);
-
-    edit->editorWidget()->insertAt(QStringLiteral("X"), 1, 0);
-    QVERIFY(edit->isModified());
-    QVERIFY(edit->save());
-    QVERIFY(!edit->isModified());
-    QString expected = text;
-    expected.insert(text.indexOf(QLatin1Char('\n')) + 1, QLatin1Char('X'));
-    QCOMPARE(readAll(path), bom + encoded(c, expected));
-}
-
-void TestEdit::operationsWithoutEditor()
-{
-    // Before a file is opened every operation is harmless.
-    Edit edit(1, nullptr);
-    edit.setText(QStringLiteral("x"));
-    edit.markLine(0);
-    edit.goToLine(0);
-    edit.revert();
-    QVERIFY(edit.lineCount() == 0 && edit.text().isEmpty() && !edit.isModified());
-    QVERIFY(edit.savePrompt(QStringLiteral("?")) && edit.closeEditor() && !edit.save());
-}
-
-void TestEdit::lineOperationsAndFont()
-{
-    Edit *edit = open(m_dir->createFile(QStringLiteral("a.sql"), "one\r\ntwo\nthree"));
-    QCOMPARE(edit->lineCount(), 3);
-    QStringList lines;
-    for (int line = 0; line <= 3; ++line)
-        lines << edit->lineText(line);
-    QCOMPARE(lines, QStringList({"one", "two", "three", ""}));
-    QCOMPARE(m_host->focusWidget(), edit->editorWidget());
-
-    edit->markLine(1);
-    edit->markLine(-1);
-    edit->markLine(3);
-    QVERIFY(edit->isLineMarked(1));
-    QVERIFY(!edit->isLineMarked(0));
-    edit->goToLine(2);
-    edit->goToLine(3); // past the end: ignored
-    QCOMPARE(edit->currentLine(), 2);
-
-    edit->setReadOnly(true);
-    edit->setText(QStringLiteral("a\nb\n"));
-    QCOMPARE(edit->lineCount(), 3);
-    QVERIFY(!edit->isModified());
-
-    edit->setFontSize(14);
-    edit->zoomOut();
-    QCOMPARE(edit->fontSize(), 13);
-    edit->setFontSize(1); // too small to read
-    QVERIFY(edit->fontSize() >= 4);
-}
-
-void TestEdit::badInputOpensReadOnly_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("binary");
-    QTest::newRow("NUL bytes") << QByteArray("abc\0\x01\x02" "def\n", 10) << true;
-    QTest::newRow("invalid UTF-8") << QByteArray("caf\xE9 \xFF\xFE ok\x80\n") << false;
-}
-
-void TestEdit::badInputOpensReadOnly()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, binary);
-    const QString path = m_dir->createFile(QStringLiteral("odd.sql"), bytes);
-    Edit *edit = open(path);
-    QVERIFY(edit->hasDecodingErrors());
-    QCOMPARE(edit->isBinary(), binary);
-    QVERIFY(edit->isReadOnly());
-    if (binary)
-        QVERIFY(edit->text().contains(QChar(0x2400)));
-    // Saving is refused so that the undecodable bytes survive.
-    BoxAnswer ok(QMessageBox::Ok);
-    QVERIFY(!edit->save());
-    QCOMPARE(ok.count, 1);
-    QCOMPARE(readAll(path), bytes);
-}
-
-void TestEdit::hugeFileOpensPlain()
-{
-    const QByteArray line("insert into t values (1, 'abcdefghijklmnopqrstuvwxyz0123456789');\n");
-    const int lines = (50 << 20) / line.size();
-    Edit *edit = open(m_dir->createFile(QStringLiteral("big.sql"), line.repeated(lines)));
-    QVERIFY(edit->errorString().isEmpty());
-    QCOMPARE(edit->lineCount(), lines + 1);
-    QVERIFY(edit->language().isEmpty()); // no highlighting for files this size
-    QCOMPARE(edit->lineText(lines - 1), QString::fromLatin1(line.trimmed()));
-
-    // A file that cannot be read gets a message naming it.
-    Edit *missing = open(m_dir->filePath(QStringLiteral("missing.sql")));
-    QVERIFY(missing->errorString().contains(QLatin1String("missing.sql")));
-}
-
-void TestEdit::failedSaveKeepsOriginalAndEdit_data()
-{
-    QTest::addColumn<bool>("readOnlyFile"); // else the folder is replaced by a file
-    QTest::newRow("file made read-only") << true;
-    QTest::newRow("folder replaced by a file") << false;
-}
-
-void TestEdit::failedSaveKeepsOriginalAndEdit()
-{
-    QFETCH(bool, readOnlyFile);
-    const QString folder = m_dir->createDir(QStringLiteral("sub dir"));
-    const QString path = m_dir->createFile(QStringLiteral("sub dir/-a.sql"), "original\n");
-    Edit *edit = open(path);
-    edit->editorWidget()->insertAt(QStringLiteral("changed "), 0, 0);
-    if (readOnlyFile) {
-        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup));
-    } else {
-        QVERIFY(QDir(folder).removeRecursively());
-        m_dir->createFile(QStringLiteral("sub dir"), "I am a file now");
-    }
-    BoxAnswer ok(QMessageBox::Yes); // save again where the file was, then fail
-    QVERIFY(!edit->save());
-    QVERIFY(ok.count >= 1);
-    QVERIFY(!edit->errorString().isEmpty());
-    QVERIFY(edit->isModified());
-    QCOMPARE(edit->lineText(0), QStringLiteral("changed original"));
-    QCOMPARE(readAll(readOnlyFile ? path : folder),
-             QByteArray(readOnlyFile ? "original\n" : "I am a file now"));
-}
-
-void TestEdit::removedFileAsksBeforeRecreating()
-{
-    Edit *edit = openChanged(QStringLiteral("gone.sql"), QStringLiteral("b"));
-    const QString path = m_dir->filePath(QStringLiteral("gone.sql"));
-    QVERIFY(QFile::remove(path));
+    Edit *open(const QString &path, const QByteArray &codec = "UTF-8")
     {
-        BoxAnswer no(QMessageBox::No);
-        QVERIFY(!edit->save());
-        QVERIFY(no.text.contains(QLatin1String("removed")));
-        QVERIFY(!QFile::exists(path));
-        QVERIFY(edit->isModified());
+        delete m_edit;
+        m_edit = new Edit(1, nullptr);
+        m_edit->setHostLayout(m_layout);
+        m_edit->setCodec(codec);
+        m_edit->setFile(path);
+        m_edit->execute();
+        return m_edit;
     }
-    BoxAnswer yes(QMessageBox::Yes);
-    QVERIFY(edit->save());
-    QCOMPARE(readAll(path), QByteArray("ba\n"));
-}
 
-void TestEdit::prompts_data()
-{
-    QTest::addColumn<QString>("prompt");
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<bool>("result");
-    QTest::addColumn<bool>("saved");
-    const int save = QMessageBox::Save;
-    const int discard = QMessageBox::Discard;
-    const int cancel = QMessageBox::Cancel;
-    QTest::newRow("save prompt: Save") << "save" << save << true << true;
-    QTest::newRow("save prompt: Discard") << "save" << discard << true << false;
-    QTest::newRow("save prompt: Cancel") << "save" << cancel << false << false;
-    QTest::newRow("discard prompt: Discard") << "discard" << discard << true << false;
-    QTest::newRow("discard prompt: Cancel") << "discard" << cancel << false << false;
-    QTest::newRow("closing: Save") << "close" << save << true << true;
-    QTest::newRow("closing: Cancel keeps the editor") << "close" << cancel << false << false;
-}
+    // Opens a new file holding "a\n" and types @p typed at its start.
+    Edit *openChanged(const QString &name, const QString &typed = QStringLiteral("x"))
+    {
+        Edit *edit = open(m_dir->createFile(name, "a\n"));
+        edit->editorWidget()->insertAt(typed, 0, 0);
+        return edit;
+    }
 
-void TestEdit::prompts()
-{
-    QFETCH(QString, prompt);
-    QFETCH(int, answer);
-    QFETCH(bool, result);
-    QFETCH(bool, saved);
-    const bool reverted = result && !saved;
-    Edit *edit = openChanged(QStringLiteral("p.sql"));
-    edit->editorWidget()->insertAt(QStringLiteral("y"), 1, 0); // discarding undoes every edit
-    BoxAnswer box(static_cast<QMessageBox::StandardButton>(answer));
-    const QString question = QStringLiteral("Keep the changes?");
-    const bool closing = prompt == QLatin1String("close");
-    if (prompt == QLatin1String("save"))
-        QCOMPARE(edit->savePrompt(question), result);
-    else if (prompt == QLatin1String("discard"))
-        QCOMPARE(edit->discardPrompt(question), result);
-    else
-        QCOMPARE(edit->closeEditor(), result);
+private Q_SLOTS:
+    void initTestCase() { useTestSettings(); }
 
-    QCOMPARE(box.count, 1);
-    QCOMPARE(box.buttons.testFlag(QMessageBox::Save), prompt != QLatin1String("discard"));
-    QCOMPARE(box.text, closing ? QStringLiteral("The document p.sql has been modified.<br/>Save "
-                                                "changes to the file before closing?")
-                               : question);
-    QCOMPARE(edit->widget()->isVisible(), !closing || !result);
-    QCOMPARE(readAll(m_dir->filePath(QStringLiteral("p.sql"))),
-             QByteArray(saved ? "xa\ny" : "a\n"));
-    QCOMPARE(edit->text(), QString::fromLatin1(reverted ? "a\n" : "xa\ny"));
-    QCOMPARE(edit->isModified(), !saved && !reverted);
-}
+    void init()
+    {
+        m_dir = new TestDir;
+        m_host = new QWidget;
+        m_layout = new QVBoxLayout(m_host);
+        m_host->resize(600, 400);
+        m_host->show();
+    }
 
-void TestEdit::searchLinksAndMode()
-{
-    Edit *edit = open(
-        m_dir->createFile(QStringLiteral("s.sql"), "select a\nfrom t\nSELECT <b> select\n"));
-    QSignalSpy spy(edit, &Edit::searchResults);
-    edit->findAction()->trigger();
-    edit->setSearchText(QStringLiteral("select"));
-    edit->search();
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(edit->searchLinks(),
-             QStringList({QStringLiteral("<a href=#1>1 : select a</a>"),
-                          QStringLiteral("<a href=#3>3 : SELECT &lt;b&gt; select</a>"),
-                          QStringLiteral("<a href=#3>3 : SELECT &lt;b&gt; select</a>")}));
-    QVERIFY(edit->findNext());
+    void cleanup()
+    {
+        delete m_edit;
+        m_edit = nullptr;
+        delete m_host;
+        delete m_dir;
+    }
 
-    QTest::ignoreMessage(QtDebugMsg, "SetSearchMode false");
-    edit->setSearchMode(false);
-    QVERIFY(!edit->findAction()->isEnabled());
-    QVERIFY(!edit->findNextAction()->isEnabled());
-    QTest::ignoreMessage(QtDebugMsg, "SetSearchMode true");
-    edit->setSearchMode(true);
-    QVERIFY(edit->findAction()->isEnabled());
-}
+    void languageChoice_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("conversion");
+        QTest::addColumn<QString>("language");
+        QTest::newRow("upper-case extension") << "A.SQL" << "Java" << "SQL";
+        QTest::newRow("Pro*C") << "x.pc" << "" << "C++";
+        QTest::newRow("aspx") << "x.aspx" << "" << "HTML";
+        QTest::newRow("txt by app direction") << "x.txt" << "Java" << "Java";
+        QTest::newRow("txt by database direction") << "x.txt" << "Oracle" << "SQL";
+        QTest::newRow("no extension, no direction") << "README" << "" << "";
+    }
 
-void TestEdit::escapeAsksToClose()
-{
-    Edit *edit = open(m_dir->createFile(QStringLiteral("e.sql"), "a\n"));
-    QVERIFY(edit->savePrompt(QStringLiteral("unchanged: no question")));
-    QSignalSpy hide(edit, &Edit::hide);
-    QSignalSpy conversion(edit, &Edit::startConversion);
-    QTest::keyClick(edit->editorWidget(), Qt::Key_F5);
-    QCOMPARE(conversion.count(), 1);
-    edit->findAction()->trigger();
-    QTest::keyClick(edit->editorWidget(), Qt::Key_Escape); // closes the search bar only
-    QTest::keyClick(edit->editorWidget(), Qt::Key_Escape);
-    QVERIFY(hide.wait());
-    QCOMPARE(hide.count(), 1);
-}
+    void languageChoice()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, conversion);
+        QFETCH(QString, language);
+        QCOMPARE(Edit::languageName(file, conversion), language);
+    }
+
+    void savePreservesEncodingAndLineEnds_data()
+    {
+        QTest::addColumn<QByteArray>("codec");
+        QTest::addColumn<QByteArray>("bom");
+        QTest::addColumn<QString>("text");
+        const QString text = QString::fromUtf8("select 'café';\r\nfrom dual\n-- Привет\rend");
+        QTest::newRow("UTF-8 with BOM, mixed line ends")
+            << QByteArray("UTF-8") << QByteArray("\xEF\xBB\xBF") << text;
+        QTest::newRow("UTF-8 without BOM") << QByteArray("UTF-8") << QByteArray() << text;
+        QTest::newRow("UTF-16LE BOM") << QByteArray("UTF-16LE") << QByteArray("\xFF\xFE") << text;
+        QTest::newRow("windows-1251, CRLF")
+            << QByteArray("windows-1251") << QByteArray()
+            << QString::fromUtf8("select 'Привет'\r\nfrom t\r\n");
+        QTest::newRow("Shift_JIS") << QByteArray("Shift_JIS") << QByteArray()
+                                   << QString::fromUtf8("select '日本語'\nfrom t\n");
+    }
+
+    void savePreservesEncodingAndLineEnds()
+    {
+        QFETCH(QByteArray, codec);
+        QFETCH(QByteArray, bom);
+        QFETCH(QString, text);
+        QTextCodec *c = QTextCodec::codecForName(codec);
+        const QString path =
+            m_dir->createFile(QStringLiteral("my file -x.sql"), bom + encoded(c, text));
+        // With a BOM the file's own mark wins over the chosen codec.
+        Edit *edit = open(path, bom.isEmpty() ? codec : QByteArray("windows-1251"));
+        QVERIFY(!edit->hasDecodingErrors());
+        QCOMPARE(edit->text(), text);
+        QCOMPARE(edit->codecName(), codec);
+
+        edit->editorWidget()->insertAt(QStringLiteral("X"), 1, 0);
+        QVERIFY(edit->save());
+        QVERIFY(!edit->isModified());
+        QString expected = text;
+        expected.insert(text.indexOf(QLatin1Char('\n')) + 1, QLatin1Char('X'));
+        QCOMPARE(readAll(path), bom + encoded(c, expected));
+    }
+
+    void operationsWithoutEditor()
+    {
+        // Before a file is opened every operation is harmless.
+        Edit edit(1, nullptr);
+        edit.setText(QStringLiteral("x"));
+        edit.markLine(0);
+        edit.goToLine(0);
+        edit.revert();
+        QVERIFY(edit.lineCount() == 0 && edit.text().isEmpty() && !edit.isModified());
+        QVERIFY(edit.savePrompt(QStringLiteral("?")) && edit.closeEditor() && !edit.save());
+    }
+
+    void lineOperationsAndFont()
+    {
+        Edit *edit = open(m_dir->createFile(QStringLiteral("a.sql"), "one\r\ntwo\nthree"));
+        QCOMPARE(edit->lineCount(), 3);
+        QStringList lines;
+        for (int line = 0; line <= 3; ++line)
+            lines << edit->lineText(line);
+        QCOMPARE(lines, QStringList({"one", "two", "three", ""}));
+        QCOMPARE(m_host->focusWidget(), edit->editorWidget());
+
+        edit->markLine(1);
+        edit->markLine(-1);
+        edit->markLine(3);
+        QVERIFY(edit->isLineMarked(1));
+        QVERIFY(!edit->isLineMarked(0));
+        edit->goToLine(2);
+        edit->goToLine(3); // past the end: ignored
+        QCOMPARE(edit->currentLine(), 2);
+
+        edit->setReadOnly(true);
+        edit->setText(QStringLiteral("a\nb\n"));
+        QCOMPARE(edit->lineCount(), 3);
+        QVERIFY(!edit->isModified());
+
+        edit->setFontSize(14);
+        edit->zoomOut();
+        QCOMPARE(edit->fontSize(), 13);
+        edit->setFontSize(1); // too small to read
+        QVERIFY(edit->fontSize() >= 4);
+    }
+
+    void badInputOpensReadOnly_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("binary");
+        QTest::newRow("NUL bytes") << QByteArray("abc\0\x01\x02" "def\n", 10) << true;
+        QTest::newRow("invalid UTF-8") << QByteArray("caf\xE9 \xFF\xFE ok\x80\n") << false;
+    }
+
+    void badInputOpensReadOnly()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, binary);
+        const QString path = m_dir->createFile(QStringLiteral("odd.sql"), bytes);
+        Edit *edit = open(path);
+        QVERIFY(edit->hasDecodingErrors());
+        QCOMPARE(edit->isBinary(), binary);
+        QVERIFY(edit->isReadOnly());
+        if (binary)
+            QVERIFY(edit->text().contains(QChar(0x2400)));
+        // Saving is refused so that the undecodable bytes survive.
+        BoxAnswer ok(QMessageBox::Ok);
+        QVERIFY(!edit->save());
+        QCOMPARE(ok.count, 1);
+        QCOMPARE(readAll(path), bytes);
+    }
+
+    void hugeFileOpensPlain()
+    {
+        const QByteArray line("insert into t values (1, 'abcdefghijklmnopqrstuvwxyz0123456789');\n");
+        const int lines = (50 << 20) / line.size();
+        Edit *edit = open(m_dir->createFile(QStringLiteral("big.sql"), line.repeated(lines)));
+        QVERIFY(edit->errorString().isEmpty());
+        QCOMPARE(edit->lineCount(), lines + 1);
+        QVERIFY(edit->language().isEmpty()); // no highlighting for files this size
+        QCOMPARE(edit->lineText(lines - 1), QString::fromLatin1(line.trimmed()));
+
+        // A file that cannot be read gets a message naming it.
+        Edit *missing = open(m_dir->filePath(QStringLiteral("missing.sql")));
+        QVERIFY(missing->errorString().contains(QLatin1String("missing.sql")));
+    }
+
+    void failedSaveKeepsOriginalAndEdit_data()
+    {
+        QTest::addColumn<bool>("readOnlyFile"); // else the folder is replaced by a file
+        QTest::newRow("file made read-only") << true;
+        QTest::newRow("folder replaced by a file") << false;
+    }
+
+    void failedSaveKeepsOriginalAndEdit()
+    {
+        QFETCH(bool, readOnlyFile);
+        const QString folder = m_dir->createDir(QStringLiteral("sub dir"));
+        const QString path = m_dir->createFile(QStringLiteral("sub dir/-a.sql"), "original\n");
+        Edit *edit = open(path);
+        edit->editorWidget()->insertAt(QStringLiteral("changed "), 0, 0);
+        if (readOnlyFile) {
+            QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup));
+        } else {
+            QVERIFY(QDir(folder).removeRecursively());
+            m_dir->createFile(QStringLiteral("sub dir"), "I am a file now");
+        }
+        BoxAnswer ok(QMessageBox::Yes); // save again where the file was, then fail
+        QVERIFY(!edit->save());
+        QVERIFY(ok.count >= 1);
+        QVERIFY(!edit->errorString().isEmpty());
+        QVERIFY(edit->isModified());
+        QCOMPARE(edit->lineText(0), QStringLiteral("changed original"));
+        QCOMPARE(readAll(readOnlyFile ? path : folder),
+                 QByteArray(readOnlyFile ? "original\n" : "I am a file now"));
+    }
+
+    void removedFileAsksBeforeRecreating()
+    {
+        Edit *edit = openChanged(QStringLiteral("gone.sql"), QStringLiteral("b"));
+        const QString path = m_dir->filePath(QStringLiteral("gone.sql"));
+        QVERIFY(QFile::remove(path));
+        {
+            BoxAnswer no(QMessageBox::No);
+            QVERIFY(!edit->save());
+            QVERIFY(no.text.contains(QLatin1String("removed")));
+            QVERIFY(!QFile::exists(path));
+        }
+        BoxAnswer yes(QMessageBox::Yes);
+        QVERIFY(edit->save());
+        QCOMPARE(readAll(path), QByteArray("ba\n"));
+    }
+
+    void prompts_data()
+    {
+        QTest::addColumn<QString>("prompt");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("result");
+        QTest::addColumn<bool>("saved");
+        const int save = QMessageBox::Save;
+        const int discard = QMessageBox::Discard;
+        const int cancel = QMessageBox::Cancel;
+        QTest::newRow("save prompt: Save") << "save" << save << true << true;
+        QTest::newRow("save prompt: Discard") << "save" << discard << true << false;
+        QTest::newRow("save prompt: Cancel") << "save" << cancel << false << false;
+        QTest::newRow("discard prompt: Discard") << "discard" << discard << true << false;
+        QTest::newRow("discard prompt: Cancel") << "discard" << cancel << false << false;
+        QTest::newRow("closing: Save") << "close" << save << true << true;
+        QTest::newRow("closing: Cancel keeps the editor") << "close" << cancel << false << false;
+    }
+
+    void prompts()
+    {
+        QFETCH(QString, prompt);
+        QFETCH(int, answer);
+        QFETCH(bool, result);
+        QFETCH(bool, saved);
+        const bool reverted = result && !saved;
+        Edit *edit = openChanged(QStringLiteral("p.sql"));
+        edit->editorWidget()->insertAt(QStringLiteral("y"), 1, 0); // discarding undoes every edit
+        BoxAnswer box(static_cast<QMessageBox::StandardButton>(answer));
+        const QString question = QStringLiteral("Keep the changes?");
+        const bool closing = prompt == QLatin1String("close");
+        if (prompt == QLatin1String("save"))
+            QCOMPARE(edit->savePrompt(question), result);
+        else if (prompt == QLatin1String("discard"))
+            QCOMPARE(edit->discardPrompt(question), result);
+        else
+            QCOMPARE(edit->closeEditor(), result);
+
+        QCOMPARE(box.count, 1);
+        QCOMPARE(box.buttons.testFlag(QMessageBox::Save), prompt != QLatin1String("discard"));
+        QCOMPARE(box.text, closing ? QStringLiteral("The document p.sql has been modified.<br/>Save "
+                                                    "changes to the file before closing?")
+                                   : question);
+        QCOMPARE(edit->widget()->isVisible(), !closing || !result);
+        QCOMPARE(readAll(m_dir->filePath(QStringLiteral("p.sql"))),
+                 QByteArray(saved ? "xa\ny" : "a\n"));
+        QCOMPARE(edit->text(), QString::fromLatin1(reverted ? "a\n" : "xa\ny"));
+        QCOMPARE(edit->isModified(), !saved && !reverted);
+    }
+
+    void searchLinksAndMode()
+    {
+        Edit *edit = open(
+            m_dir->createFile(QStringLiteral("s.sql"), "select a\nfrom t\nSELECT <b> select\n"));
+        QSignalSpy spy(edit, &Edit::searchResults);
+        edit->findAction()->trigger();
+        edit->setSearchText(QStringLiteral("select"));
+        edit->search();
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(edit->searchLinks(),
+                 QStringList({QStringLiteral("<a href=#1>1 : select a</a>"),
+                              QStringLiteral("<a href=#3>3 : SELECT &lt;b&gt; select</a>"),
+                              QStringLiteral("<a href=#3>3 : SELECT &lt;b&gt; select</a>")}));
+        QVERIFY(edit->findNext());
+
+        QTest::ignoreMessage(QtDebugMsg, "SetSearchMode false");
+        edit->setSearchMode(false);
+        QVERIFY(!edit->findAction()->isEnabled());
+        QVERIFY(!edit->findNextAction()->isEnabled());
+        QTest::ignoreMessage(QtDebugMsg, "SetSearchMode true");
+        edit->setSearchMode(true);
+        QVERIFY(edit->findAction()->isEnabled());
+    }
+
+    void escapeAsksToClose()
+    {
+        Edit *edit = open(m_dir->createFile(QStringLiteral("e.sql"), "a\n"));
+        QVERIFY(edit->savePrompt(QStringLiteral("unchanged: no question")));
+        QSignalSpy hide(edit, &Edit::hide);
+        QSignalSpy conversion(edit, &Edit::startConversion);
+        QTest::keyClick(edit->editorWidget(), Qt::Key_F5);
+        QCOMPARE(conversion.count(), 1);
+        edit->findAction()->trigger();
+        QTest::keyClick(edit->editorWidget(), Qt::Key_Escape); // closes the search bar only
+        QTest::keyClick(edit->editorWidget(), Qt::Key_Escape);
+        QVERIFY(hide.wait());
+        QCOMPARE(hide.count(), 1);
+    }
+};
 
 QTEST_MAIN(TestEdit)
 #include "tst_edit.moc"

@@ -17,326 +17,304 @@
 class TestFileSystemView : public QObject
 {
     Q_OBJECT
-private Q_SLOTS:
-    void initTestCase() { useTestSettings(); }
-    void init();
-    void cleanup();
-
-    void entersAndLeavesFolders();
-    void statusLine_data();
-    void statusLine();
-    void selectedPaths();
-    void removal_data();
-    void removal();
-    void rename_data();
-    void rename();
-    void badFolders_data();
-    void badFolders();
-    void folderDeletedWhileShown();
-    void driveMemory();
-    void flatList();
-    void clipboardText();
-
 private:
-    QTreeWidgetItem *row(const QString &fileName) const;
+    QTreeWidgetItem *row(const QString &fileName) const
+    {
+        return m_view->itemForKey(QFileInfo(path(fileName)).absoluteFilePath());
+    }
     QString path(const QString &name) const { return m_dir->filePath(name); }
-    void selectOnly(const QStringList &fileNames);
 
     TestDir *m_dir = nullptr;
     QWidget *m_window = nullptr;
     QStatusBar *m_status = nullptr;
     FileSystemView *m_view = nullptr;
-};
 
-void TestFileSystemView::init()
-{
-    m_dir = new TestDir;
-    m_dir->createFile("a.sql", QByteArray(1000, 'a'));
-    m_dir->createFile("b.txt", QByteArray(24, 'b'));
-    m_dir->createFile("sub/inner.sql", "x");
-    m_window = new QWidget;
-    auto *layout = new QVBoxLayout(m_window);
-    m_status = new QStatusBar(m_window);
-    m_view = new FileSystemView(m_window);
-    m_view->init(layout, m_window, m_status);
-    layout->addWidget(m_status);
-    m_view->setRemoveConfirmation([](const QString &, const QString &) { return true; });
-    QVERIFY(m_view->changePath(m_dir->path()));
-    m_window->show();
-}
-
-void TestFileSystemView::cleanup()
-{
-    delete m_window;
-    delete m_dir;
-}
-
-QTreeWidgetItem *TestFileSystemView::row(const QString &fileName) const
-{
-    return m_view->itemForKey(QFileInfo(path(fileName)).absoluteFilePath());
-}
-
-void TestFileSystemView::selectOnly(const QStringList &fileNames)
-{
-    m_view->treeWidget()->clearSelection();
-    for (const QString &name : fileNames) {
-        QTreeWidgetItem *item = row(name);
-        QVERIFY2(item, qPrintable(name));
-        item->setSelected(true);
+    void selectOnly(const QStringList &fileNames)
+    {
+        m_view->treeWidget()->clearSelection();
+        for (const QString &name : fileNames) {
+            QTreeWidgetItem *item = row(name);
+            QVERIFY2(item, qPrintable(name));
+            item->setSelected(true);
+        }
     }
-}
 
-void TestFileSystemView::entersAndLeavesFolders()
-{
-    TreeWidget *tree = m_view->treeWidget();
-    QCOMPARE(tree->currentItem()->text(0), QStringLiteral(".."));
-    QSignalSpy folders(m_view, &FileSystemView::changeFolder);
-    QSignalSpy edits(m_view, &FileSystemView::editFile);
+private Q_SLOTS:
+    void initTestCase() { useTestSettings(); }
 
-    tree->setFocus();
-    tree->setCurrentItem(row("sub"));
-    QTest::keyClick(tree, Qt::Key_Return);
-    QCOMPARE(m_view->currentPath(), path("sub"));
-    QCOMPARE(folders.last().first().toString(), path("sub"));
-    QCOMPARE(tree->currentItem()->text(0), QStringLiteral(".."));
+    void init()
+    {
+        m_dir = new TestDir;
+        m_dir->createFile("a.sql", QByteArray(1000, 'a'));
+        m_dir->createFile("b.txt", QByteArray(24, 'b'));
+        m_dir->createFile("sub/inner.sql", "x");
+        m_window = new QWidget;
+        auto *layout = new QVBoxLayout(m_window);
+        m_status = new QStatusBar(m_window);
+        m_view = new FileSystemView(m_window);
+        m_view->init(layout, m_window, m_status);
+        layout->addWidget(m_status);
+        m_view->setRemoveConfirmation([](const QString &, const QString &) { return true; });
+        QVERIFY(m_view->changePath(m_dir->path()));
+        m_window->show();
+    }
 
-    QTest::keyClick(tree, Qt::Key_Return);  // on ".."
-    QCOMPARE(m_view->currentPath(), m_dir->path());
-    QCOMPARE(folders.last().first().toString(), m_dir->path() + QStringLiteral("/.."));
+    void cleanup()
+    {
+        delete m_window;
+        delete m_dir;
+    }
 
-    const QRect rect = tree->visualItemRect(row("a.sql"));
-    QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
-    QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
-    QCOMPARE(edits.count(), 1);
-    QCOMPARE(m_view->currentPath(), m_dir->path());
+    void entersAndLeavesFolders()
+    {
+        TreeWidget *tree = m_view->treeWidget();
+        QCOMPARE(tree->currentItem()->text(0), QStringLiteral(".."));
+        QSignalSpy folders(m_view, &FileSystemView::changeFolder);
+        QSignalSpy edits(m_view, &FileSystemView::editFile);
 
-    // Keypad Enter opens a folder only when it is the one selected row.
-    selectOnly({"sub", "a.sql"});
-    QTest::keyClick(tree, Qt::Key_Enter, Qt::KeypadModifier);
-    QCOMPARE(m_view->currentPath(), m_dir->path());
-    selectOnly({"sub"});
-    QTest::keyClick(tree, Qt::Key_Enter, Qt::KeypadModifier);
-    QCOMPARE(m_view->currentPath(), path("sub"));
-}
+        tree->setFocus();
+        tree->setCurrentItem(row("sub"));
+        QTest::keyClick(tree, Qt::Key_Return);
+        QCOMPARE(m_view->currentPath(), path("sub"));
+        QCOMPARE(folders.last().first().toString(), path("sub"));
+        QCOMPARE(tree->currentItem()->text(0), QStringLiteral(".."));
 
-void TestFileSystemView::statusLine_data()
-{
-    QTest::addColumn<QString>("mask");
-    QTest::addColumn<QStringList>("selected");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("nothing selected") << "*.*" << QStringList()
-                                      << " 2 files (1,024) 0 selected files (0)";
-    QTest::newRow("one file selected") << "*.*" << QStringList({"a.sql"})
-                                       << " 2 files (1,024) 1 selected files (1,000)";
-    QTest::newRow("folder counts, adds no size") << "*.*" << QStringList({"sub", "b.txt"})
-                                                 << " 2 files (1,024) 2 selected files (24)";
-    QTest::newRow("filtered") << "*.sql" << QStringList()
-                              << " 2  files (1024)  1 files in filtered view (1,000) 0 selected "
-                                 "files (0)";
-}
+        QTest::keyClick(tree, Qt::Key_Return);  // on ".."
+        QCOMPARE(m_view->currentPath(), m_dir->path());
+        QCOMPARE(folders.last().first().toString(), m_dir->path() + QStringLiteral("/.."));
 
-void TestFileSystemView::statusLine()
-{
-    QFETCH(QString, mask);
-    QFETCH(QStringList, selected);
-    QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
-    m_view->setMask(mask);
-    selectOnly(selected);
-    m_view->updateStatusInfo();
-    QTEST(m_view->statusText(), "text");
-    QCOMPARE(m_status->currentMessage(), m_view->statusText());
-    QLocale::setDefault(QLocale::system());
-}
+        const QRect rect = tree->visualItemRect(row("a.sql"));
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
+        QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
+        QCOMPARE(edits.count(), 1);
+        QCOMPARE(m_view->currentPath(), m_dir->path());
 
-void TestFileSystemView::selectedPaths()
-{
-    selectOnly({"..", "sub", "b.txt"});
-    const QString sub = path("sub");
-    const QString b = path("b.txt");
-    QCOMPARE(m_view->selectedPaths(), QStringList({sub, b}));
-    QCOMPARE(m_view->selectedPaths(true), QStringList({sub + "/*.*", b}));
-    QCOMPARE(m_view->selectedFiles(), QStringList({b}));
-}
+        // Keypad Enter opens a folder only when it is the one selected row.
+        selectOnly({"sub", "a.sql"});
+        QTest::keyClick(tree, Qt::Key_Enter, Qt::KeypadModifier);
+        QCOMPARE(m_view->currentPath(), m_dir->path());
+        selectOnly({"sub"});
+        QTest::keyClick(tree, Qt::Key_Enter, Qt::KeypadModifier);
+        QCOMPARE(m_view->currentPath(), path("sub"));
+    }
 
-void TestFileSystemView::removal_data()
-{
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<bool>("confirm");
-    QTest::addColumn<bool>("gone");
-    QTest::newRow("file") << "b.txt" << true << true;
-    QTest::newRow("folder with files") << "sub" << true << true;
-    QTest::newRow("folder with a hidden file stays") << "hidden" << true << false;
-    QTest::newRow("link to a folder") << "link" << true << true;
-    QTest::newRow("declined") << "sub" << false << false;
-}
+    void statusLine_data()
+    {
+        QTest::addColumn<QString>("mask");
+        QTest::addColumn<QStringList>("selected");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("nothing selected") << "*.*" << QStringList()
+                                          << " 2 files (1,024) 0 selected files (0)";
+        QTest::newRow("one file selected") << "*.*" << QStringList({"a.sql"})
+                                           << " 2 files (1,024) 1 selected files (1,000)";
+        QTest::newRow("folder counts, adds no size") << "*.*" << QStringList({"sub", "b.txt"})
+                                                     << " 2 files (1,024) 2 selected files (24)";
+        QTest::newRow("filtered") << "*.sql" << QStringList()
+                                  << " 2  files (1024)  1 files in filtered view (1,000) 0 selected "
+                                     "files (0)";
+    }
 
-void TestFileSystemView::removal()
-{
-    QFETCH(QString, target);
-    QFETCH(bool, confirm);
-    m_dir->createFile("hidden/.secret", "s");
-    m_dir->createFile("kept/precious.sql", "p");
-    QVERIFY(QFile::link(path("kept"), path("link")));
-    m_view->updateFileView();
-    QString question;
-    m_view->setRemoveConfirmation([&](const QString &title, const QString &text) {
-        question = title + QLatin1Char('|') + text;
-        return confirm;
-    });
-    selectOnly({target});
-    m_view->removeSelection();
-    QCOMPARE(question, "Removing object(s)|Would you like to remove next 1 object(s):\n"
-                           + QDir::toNativeSeparators(path(target)));
-    QTEST(!QFileInfo(path(target)).exists() && !QFileInfo(path(target)).isSymLink(), "gone");
-    // Nothing but the chosen object changes; a link never takes its target along.
-    QVERIFY(QFile::exists(path("kept/precious.sql")));
-    QVERIFY(QFile::exists(path("a.sql")));
-    QVERIFY(QFile::exists(path("hidden/.secret")));
-    QCOMPARE(QFile::exists(path("sub/inner.sql")), target != "sub" || !confirm);
-    QCOMPARE(bool(row(target)), QFileInfo::exists(path(target)));
-}
+    void statusLine()
+    {
+        QFETCH(QString, mask);
+        QFETCH(QStringList, selected);
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+        m_view->setMask(mask);
+        selectOnly(selected);
+        m_view->updateStatusInfo();
+        QTEST(m_view->statusText(), "text");
+        QCOMPARE(m_status->currentMessage(), m_view->statusText());
+        QLocale::setDefault(QLocale::system());
+    }
 
-void TestFileSystemView::rename_data()
-{
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("onDisk");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("ext");
-    QTest::newRow("new name and extension") << "b.txt" << "c.sql" << "c.sql" << "c" << "sql";
-    QTest::newRow("odd characters") << "a.sql" << "-x 'q' \"Ä\".txt" << "-x 'q' \"Ä\".txt"
-                                    << "-x 'q' \"Ä\"" << "txt";
-    QTest::newRow("folder") << "sub" << "new.dir" << "new.dir" << "new.dir" << "";
-    QTest::newRow("onto an existing file") << "a.sql" << "b.txt" << "a.sql" << "a" << "sql";
-    QTest::newRow("onto an existing folder") << "a.sql" << "sub" << "a.sql" << "a" << "sql";
-    QTest::newRow("with a slash") << "a.sql" << "sub/a.sql" << "a.sql" << "a" << "sql";
-    QTest::newRow("parent row opens no editor") << ".." << "" << "" << ".." << "";
-}
+    void selectedPaths()
+    {
+        selectOnly({"..", "sub", "b.txt"});
+        const QString sub = path("sub");
+        const QString b = path("b.txt");
+        QCOMPARE(m_view->selectedPaths(), QStringList({sub, b}));
+        QCOMPARE(m_view->selectedPaths(true), QStringList({sub + "/*.*", b}));
+        QCOMPARE(m_view->selectedFiles(), QStringList({b}));
+    }
 
-void TestFileSystemView::rename()
-{
-    QFETCH(QString, from);
-    QFETCH(QString, typed);
-    QFETCH(QString, onDisk);
-    TreeWidget *tree = m_view->treeWidget();
-    const qint64 size = QFileInfo(path(from)).size();
-    QSignalSpy refreshes(m_view, &FileSystemView::changeIcon);
-    QTreeWidgetItem *item = from == ".." ? tree->topLevelItem(0) : row(from);
-    tree->setFocus();
-    tree->setCurrentItem(item, 0);
-    QTest::keyClick(tree, Qt::Key_F2);
-    auto *editor = tree->findChild<QLineEdit *>();
-    QCOMPARE(bool(editor), from != "..");
-    if (!editor)
-        return;
-    QCOMPARE(editor->text(), from);
-    editor->setText(typed);
-    QTest::keyClick(editor, Qt::Key_Return);
-    // The delegate commits from the event loop.
-    QTRY_VERIFY(!tree->findChild<QLineEdit *>());
-    QTEST(item->text(0), "name");
-    QTEST(item->text(1), "ext");
-    QCOMPARE(m_view->fileInfoMap().value(item).fileName(), onDisk);
-    // Whatever happened, no file was overwritten and the row was renamed in place.
-    QCOMPARE(QFileInfo(path(onDisk)).size(), size);
-    QCOMPARE(QFileInfo(path("b.txt")).size(), from == "b.txt" ? 0 : 24);
-    QCOMPARE(refreshes.count(), 0);
-}
+    void removal_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<bool>("confirm");
+        QTest::addColumn<bool>("gone");
+        QTest::newRow("file") << "b.txt" << true << true;
+        QTest::newRow("folder with files") << "sub" << true << true;
+        QTest::newRow("folder with a hidden file stays") << "hidden" << true << false;
+        QTest::newRow("link to a folder") << "link" << true << true;
+        QTest::newRow("declined") << "sub" << false << false;
+    }
 
-void TestFileSystemView::badFolders_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("missing") << "missing" << "does not exist";
-    QTest::newRow("a file") << "a.sql" << "is not a folder";
-    QTest::newRow("a link loop") << "loop" << "does not exist";
-    QTest::newRow("unreadable") << "locked" << "permission denied";
-}
+    void removal()
+    {
+        QFETCH(QString, target);
+        QFETCH(bool, confirm);
+        m_dir->createFile("hidden/.secret", "s");
+        m_dir->createFile("kept/precious.sql", "p");
+        QVERIFY(QFile::link(path("kept"), path("link")));
+        m_view->updateFileView();
+        QString question;
+        m_view->setRemoveConfirmation([&](const QString &title, const QString &text) {
+            question = title + QLatin1Char('|') + text;
+            return confirm;
+        });
+        selectOnly({target});
+        m_view->removeSelection();
+        QCOMPARE(question, "Removing object(s)|Would you like to remove next 1 object(s):\n"
+                               + QDir::toNativeSeparators(path(target)));
+        QTEST(!QFileInfo(path(target)).exists() && !QFileInfo(path(target)).isSymLink(), "gone");
+        // Nothing but the chosen object changes; a link never takes its target along.
+        QVERIFY(QFile::exists(path("kept/precious.sql")));
+        QVERIFY(QFile::exists(path("hidden/.secret")));
+        QCOMPARE(QFile::exists(path("sub/inner.sql")), target != "sub" || !confirm);
+        QCOMPARE(bool(row(target)), QFileInfo::exists(path(target)));
+    }
 
-void TestFileSystemView::badFolders()
-{
-    QFETCH(QString, folder);
-    if (folder == "locked" && geteuid() == 0)
-        QSKIP("permissions do not bind the superuser");
-    QFile::link(path("loop"), path("loop"));
-    QFile::setPermissions(m_dir->createDir("locked"), QFileDevice::Permissions());
-    QVERIFY(!m_view->changePath(path(folder)));
-    QCOMPARE(m_view->currentPath(), m_dir->path());
-    QFETCH(QString, message);
-    QVERIFY2(m_status->currentMessage().contains(message), qPrintable(m_status->currentMessage()));
-    QVERIFY(row("a.sql"));
-    QFile::setPermissions(path("locked"), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
-}
+    void rename_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("onDisk");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("ext");
+        QTest::newRow("new name and extension") << "b.txt" << "c.sql" << "c.sql" << "c" << "sql";
+        QTest::newRow("odd characters") << "a.sql" << "-x 'q' \"Ä\".txt" << "-x 'q' \"Ä\".txt"
+                                        << "-x 'q' \"Ä\"" << "txt";
+        QTest::newRow("folder") << "sub" << "new.dir" << "new.dir" << "new.dir" << "";
+        QTest::newRow("onto an existing file") << "a.sql" << "b.txt" << "a.sql" << "a" << "sql";
+        QTest::newRow("onto an existing folder") << "a.sql" << "sub" << "a.sql" << "a" << "sql";
+        QTest::newRow("with a slash") << "a.sql" << "sub/a.sql" << "a.sql" << "a" << "sql";
+        QTest::newRow("parent row opens no editor") << ".." << "" << "" << ".." << "";
+    }
 
-void TestFileSystemView::folderDeletedWhileShown()
-{
-    const QString deep = m_dir->createDir("one/two");
-    m_dir->createFile("one/two/x.sql");
-    QVERIFY(m_view->changePath(deep));
-    selectOnly({"one/two/x.sql"});
-    QSignalSpy paths(m_view, &FileSystemView::changeCurrentPath);
-    QVERIFY(QDir(path("one")).removeRecursively());
-    // Removing what has already gone fails quietly.
-    m_view->removeSelection();
-    // The watcher notices; the view falls back to the nearest folder left.
-    QTRY_COMPARE(m_view->currentPath(), m_dir->path());
-    QVERIFY(!paths.isEmpty());
-    QVERIFY(m_status->currentMessage().contains("does not exist"));
-    QVERIFY(row("a.sql"));
-}
+    void rename()
+    {
+        QFETCH(QString, from);
+        QFETCH(QString, typed);
+        QFETCH(QString, onDisk);
+        TreeWidget *tree = m_view->treeWidget();
+        const qint64 size = QFileInfo(path(from)).size();
+        QSignalSpy refreshes(m_view, &FileSystemView::changeIcon);
+        QTreeWidgetItem *item = from == ".." ? tree->topLevelItem(0) : row(from);
+        tree->setFocus();
+        tree->setCurrentItem(item, 0);
+        QTest::keyClick(tree, Qt::Key_F2);
+        auto *editor = tree->findChild<QLineEdit *>();
+        QCOMPARE(bool(editor), from != "..");
+        if (!editor)
+            return;
+        QCOMPARE(editor->text(), from);
+        editor->setText(typed);
+        QTest::keyClick(editor, Qt::Key_Return);
+        // The delegate commits from the event loop.
+        QTRY_VERIFY(!tree->findChild<QLineEdit *>());
+        QTEST(item->text(0), "name");
+        QTEST(item->text(1), "ext");
+        QCOMPARE(m_view->fileInfoMap().value(item).fileName(), onDisk);
+        // Whatever happened, no file was overwritten and the row was renamed in place.
+        QCOMPARE(QFileInfo(path(onDisk)).size(), size);
+        QCOMPARE(QFileInfo(path("b.txt")).size(), from == "b.txt" ? 0 : 24);
+        QCOMPARE(refreshes.count(), 0);
+    }
 
-void TestFileSystemView::flatList()
-{
-    TreeWidget *tree = m_view->treeWidget();
-    tree->setFocus();
-    QSignalSpy icons(m_view, &FileSystemView::changeIcon);
-    QSignalSpy paths(m_view, &FileSystemView::changeCurrentPath);
-    m_view->setFlatList(true);
-    QTRY_VERIFY(!m_view->isListing());
-    QCOMPARE(icons.first().first().toBool(), false);
-    QCOMPARE(icons.last().first().toBool(), true);
-    QCOMPARE(tree->topLevelItemCount(), 4);  // "..", a.sql, b.txt, sub/inner.sql
-    QVERIFY(row("sub/inner.sql"));
-    // The flat list shows ".." in its name column; it is the current row all the same.
-    QVERIFY(tree->currentItem());
-    QCOMPARE(tree->currentItem()->text(1), QStringLiteral(".."));
-    m_view->setFlatList(false);
-    QCOMPARE(tree->columnCount(), 4);
-    QCOMPARE(tree->currentItem()->text(0), QStringLiteral(".."));
-    QCOMPARE(paths.count(), 1);
-}
+    void badFolders_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("missing") << "missing" << "does not exist";
+        QTest::newRow("a file") << "a.sql" << "is not a folder";
+        QTest::newRow("a link loop") << "loop" << "does not exist";
+        QTest::newRow("unreadable") << "locked" << "permission denied";
+    }
 
-void TestFileSystemView::driveMemory()
-{
-    TestDir drive;
-    drive.createDir("deep/er");
-    m_view->drivePath().setDrives({QStringLiteral("/"), drive.path()});
-    QVERIFY(m_view->changePath(drive.filePath("deep/er")));
-    QVERIFY(m_view->changePath(m_dir->path()));
-    // Choosing the bare drive brings back the folder last shown on it.
-    QVERIFY(m_view->changePath(drive.path()));
-    QCOMPARE(m_view->currentPath(), drive.filePath("deep/er"));
-    // A remembered folder that has gone falls back to the drive's root.
-    QVERIFY(m_view->changePath(m_dir->path()));
-    QVERIFY(QDir(drive.filePath("deep")).removeRecursively());
-    QVERIFY(m_view->changePath(drive.path()));
-    QCOMPARE(m_view->currentPath(), drive.path());
-    QCOMPARE(m_view->watchedFolders(), QStringList({drive.path()}));
-}
+    void badFolders()
+    {
+        QFETCH(QString, folder);
+        if (folder == "locked" && geteuid() == 0)
+            QSKIP("permissions do not bind the superuser");
+        QFile::link(path("loop"), path("loop"));
+        QFile::setPermissions(m_dir->createDir("locked"), QFileDevice::Permissions());
+        QVERIFY(!m_view->changePath(path(folder)));
+        QCOMPARE(m_view->currentPath(), m_dir->path());
+        QFETCH(QString, message);
+        QVERIFY2(m_status->currentMessage().contains(message), qPrintable(m_status->currentMessage()));
+        QVERIFY(row("a.sql"));
+        QFile::setPermissions(path("locked"), QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    }
 
-void TestFileSystemView::clipboardText()
-{
-    m_dir->createFile("a b.sql", QByteArray(1500, 'x'));
-    m_dir->createFile("c");
-    m_view->updateFileView();
-    selectOnly({"a b.sql", "c"});
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    m_view->treeWidget()->setFocus();
-    QApplication::clipboard()->clear();
-    QTest::keyClick(m_view->treeWidget(), Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QApplication::clipboard()->text(),
-             QStringLiteral("a b sql %1\nc  0\n").arg(QStringLiteral("%L1").arg(1500)));
-}
+    void folderDeletedWhileShown()
+    {
+        const QString deep = m_dir->createDir("one/two");
+        m_dir->createFile("one/two/x.sql");
+        QVERIFY(m_view->changePath(deep));
+        selectOnly({"one/two/x.sql"});
+        QSignalSpy paths(m_view, &FileSystemView::changeCurrentPath);
+        QVERIFY(QDir(path("one")).removeRecursively());
+        // Removing what has already gone fails quietly.
+        m_view->removeSelection();
+        // The watcher notices; the view falls back to the nearest folder left.
+        QTRY_COMPARE(m_view->currentPath(), m_dir->path());
+        QVERIFY(!paths.isEmpty());
+        QVERIFY(m_status->currentMessage().contains("does not exist"));
+        QVERIFY(row("a.sql"));
+    }
+
+    void flatList()
+    {
+        TreeWidget *tree = m_view->treeWidget();
+        tree->setFocus();
+        QSignalSpy icons(m_view, &FileSystemView::changeIcon);
+        QSignalSpy paths(m_view, &FileSystemView::changeCurrentPath);
+        m_view->setFlatList(true);
+        QTRY_VERIFY(!m_view->isListing());
+        QCOMPARE(icons.first().first().toBool(), false);
+        QCOMPARE(icons.last().first().toBool(), true);
+        QCOMPARE(tree->topLevelItemCount(), 4);  // "..", a.sql, b.txt, sub/inner.sql
+        QVERIFY(row("sub/inner.sql"));
+        // The flat list shows ".." in its name column; it is the current row all the same.
+        QVERIFY(tree->currentItem());
+        QCOMPARE(tree->currentItem()->text(1), QStringLiteral(".."));
+        m_view->setFlatList(false);
+        QCOMPARE(tree->currentItem()->text(0), QStringLiteral(".."));
+        QCOMPARE(paths.count(), 1);
+    }
+
+    void driveMemory()
+    {
+        TestDir drive;
+        drive.createDir("deep/er");
+        m_view->drivePath().setDrives({QStringLiteral("/"), drive.path()});
+        QVERIFY(m_view->changePath(drive.filePath("deep/er")));
+        QVERIFY(m_view->changePath(m_dir->path()));
+        // Choosing the bare drive brings back the folder last shown on it.
+        QVERIFY(m_view->changePath(drive.path()));
+        QCOMPARE(m_view->currentPath(), drive.filePath("deep/er"));
+        // A remembered folder that has gone falls back to the drive's root.
+        QVERIFY(m_view->changePath(m_dir->path()));
+        QVERIFY(QDir(drive.filePath("deep")).removeRecursively());
+        QVERIFY(m_view->changePath(drive.path()));
+        QCOMPARE(m_view->currentPath(), drive.path());
+        QCOMPARE(m_view->watchedFolders(), QStringList({drive.path()}));
+    }
+
+    void clipboardText()
+    {
+        m_dir->createFile("a b.sql", QByteArray(1500, 'x'));
+        m_dir->createFile("c");
+        m_view->updateFileView();
+        selectOnly({"a b.sql", "c"});
+        QVERIFY(QTest::qWaitForWindowExposed(m_window));
+        m_view->treeWidget()->setFocus();
+        QApplication::clipboard()->clear();
+        QTest::keyClick(m_view->treeWidget(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(),
+                 QStringLiteral("a b sql %1\nc  0\n").arg(QStringLiteral("%L1").arg(1500)));
+    }
+};
 
 QTEST_MAIN(TestFileSystemView)
 #include "tst_filesystemview.moc"

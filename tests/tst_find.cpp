@@ -56,6 +56,15 @@ private:
         return hitRows(*m_tree);
     }
 
+    // Blocks the worker at each file until @p done says so (at most 5 s).
+    void holdEachFile(std::function<bool()> done)
+    {
+        connect(m_script->finder(), &Find::FindFile, m_script->finder(), [done] {
+            for (int i = 0; i < 5000 && !done(); ++i)
+                QThread::msleep(1);
+        }, Qt::DirectConnection);
+    }
+
     // The texts of the two totals rows.
     QStringList totals() const
     {
@@ -101,24 +110,16 @@ private Q_SLOTS:
         QCOMPARE(Find::splitMasks(FindScript::masksOfEntry(entry)), expected);
     }
 
-    void masksSelectFiles_data()
-    {
-        QTest::addColumn<QString>("masks");
-        QTest::newRow("semicolon") << "*.sql;*.txt";
-        QTest::newRow("double comma") << "*.sql,,*.txt";
-    }
-
     // Without a text every matching file is listed once; the line total is the file count.
     void masksSelectFiles()
     {
-        QFETCH(QString, masks);
         m_dir->createFile("a.sql", "x\n");
         m_dir->createFile("b.txt", "y\n");
         m_dir->createFile("c.doc", "z\n");
         m_dir->createFile("sub/D.SQL", "w\n");
         m_dir->createFile("sub/deeper/e.txt", "");
         QStringList files;
-        for (const Row &row : search(m_dir->path(), masks, QString())) {
+        for (const Row &row : search(m_dir->path(), "*.sql,,*.txt", QString())) {
             QVERIFY(row.at(1).isEmpty() && row.at(2).isEmpty());
             files << QDir(m_dir->path()).relativeFilePath(row.at(0));
         }
@@ -143,7 +144,6 @@ private Q_SLOTS:
         QTest::newRow("whole word, wildcard") << QByteArray("x abc y\n") << "a*" << wild << true << true << true;
         QTest::newRow("part of word without whole words") << QByteArray("xabcx\n") << "abc" << fixed << true << false << true;
         QTest::newRow("fixed dot is literal") << QByteArray("abc\n") << "a.c" << fixed << true << false << false;
-        QTest::newRow("fixed dot found") << QByteArray("x a.c\n") << "a.c" << fixed << true << false << true;
         QTest::newRow("wildcard star") << QByteArray("xxabbbcxx\n") << "a*c" << wild << true << false << true;
         QTest::newRow("wildcard question") << QByteArray("a-c\n") << "a?c" << wild << true << false << true;
         QTest::newRow("wildcard set") << QByteArray("abc\n") << "a[xy]c" << wild << true << false << false;
@@ -152,10 +152,8 @@ private Q_SLOTS:
         QTest::newRow("regexp anchored start") << QByteArray("xabc\n") << "^abc" << rx << true << false << false;
         QTest::newRow("case differs, sensitive") << QByteArray("SELECT\n") << "select" << fixed << true << false << false;
         QTest::newRow("case differs, insensitive") << QByteArray("SELECT\n") << "select" << fixed << false << false << true;
-        QTest::newRow("case insensitive wildcard") << QByteArray("Select *\n") << "SELECT" << wild << false << false << true;
         QTest::newRow("case insensitive non-ASCII") << QByteArray("\xc3\x84" "BC\n") << QString::fromUtf8("\xc3\xa4" "bc") << fixed << false << false << true;
         QTest::newRow("kelvin sign folds to k") << QByteArray("\xe2\x84\xaa" "ey\n") << "key" << rx << false << false << true;
-        QTest::newRow("UTF-8 text") << QByteArray("x \xd0\xb4\xd0\xb0 y\n") << QString::fromUtf8("\xd0\xb4\xd0\xb0") << fixed << true << false << true;
         QTest::newRow("invalid UTF-8 around") << QByteArray("\xff\xfe abc \xc3\n") << "abc" << fixed << true << false << true;
     }
 
@@ -177,13 +175,20 @@ private Q_SLOTS:
             QCOMPARE(rows.first().at(1), QStringLiteral("2"));
     }
 
-    void totalsRows()
+    // Totals count lines and files; a double click opens the hit's line, not a totals row.
+    void totalsAndDoubleClick()
     {
         m_dir->createFile("a.sql", "select 1\nnothing\nselect 2\n");
         m_dir->createFile("b.sql", "x select\n");
         m_dir->createFile("c.sql", "none\n");
         QCOMPARE(search(m_dir->path(), "*.sql", "select").size(), 3);
         QCOMPARE(totals(), (QStringList{"Total number of lines: 3", "Total number of files: 2"}));
+        QSignalSpy open(m_script.get(), &FindScript::openFileAtLine);
+        emit m_tree->itemDoubleClicked(m_tree->topLevelItem(0), 0);
+        emit m_tree->itemDoubleClicked(m_tree->topLevelItem(3), 0); // a totals row
+        const Row first = hitRows(*m_tree).first();
+        QCOMPARE(open.count(), 1);
+        QCOMPARE(open.first(), (QVariantList{first.at(0), first.at(1).toInt()}));
     }
 
     void invalidPatternRunsNothing()
@@ -336,10 +341,7 @@ private Q_SLOTS:
         m_dir->createFile("second/s.sql", "needle\n");
 
         std::atomic<bool> release{false};
-        connect(m_script->finder(), &Find::FindFile, m_script->finder(), [&release] {
-            while (!release.load())
-                QThread::msleep(1);
-        }, Qt::DirectConnection);
+        holdEachFile([&release] { return release.load(); });
         QVERIFY(m_script->findCommandEvent(m_dir->filePath("first"), "*.sql", "needle",
                                            QRegExp::FixedString, true, false));
         QVERIFY(m_script->isSearching());
@@ -369,10 +371,7 @@ private Q_SLOTS:
         for (int i = 0; i < 20; ++i)
             m_dir->createFile(QStringLiteral("f%1.sql").arg(i), QByteArray("needle\n").repeated(100));
         Find *find = m_script->finder();
-        connect(find, &Find::FindFile, find, [find] {
-            for (int i = 0; i < 5000 && !find->isStopRequested(); ++i)
-                QThread::msleep(1);
-        }, Qt::DirectConnection);
+        holdEachFile([find] { return find->isStopRequested(); });
         QSignalSpy cursor(m_script.get(), &FindScript::turnWaitingMode);
         QVERIFY(m_script->findCommandEvent(m_dir->path(), "*.sql", "needle", QRegExp::FixedString,
                                            true, false));
@@ -385,17 +384,6 @@ private Q_SLOTS:
         QCOMPARE(cursor.first().first().value<Qt::CursorShape>(), Qt::BusyCursor);
         QCOMPARE(cursor.last().first().value<Qt::CursorShape>(), Qt::ArrowCursor);
         QVERIFY(!m_script->stopFind());
-    }
-
-    void doubleClickOpensLine()
-    {
-        m_dir->createFile("a.sql", "x\nneedle\n");
-        search(m_dir->path(), "*.sql", "needle");
-        QSignalSpy open(m_script.get(), &FindScript::openFileAtLine);
-        emit m_tree->itemDoubleClicked(m_tree->topLevelItem(0), 0);
-        emit m_tree->itemDoubleClicked(m_tree->topLevelItem(1), 0); // a totals row
-        QCOMPARE(open.count(), 1);
-        QCOMPARE(open.first(), (QVariantList{m_dir->filePath("a.sql"), 2}));
     }
 };
 
