@@ -185,11 +185,18 @@ private Q_SLOTS:
             return FolderComparison::contentSignature(m_dir->filePath(name));
         };
         m_dir->createFile("a.bin", noise);
+        // The signature is the 16-bit sum of Qt's CRC over 2000-byte blocks.
+        quint16 expected = 0;
+        for (int at = 0; at < noise.size(); at += 2000)
+            expected += qChecksum(noise.constData() + at, uint(qMin(2000, noise.size() - at)));
+        QCOMPARE(signature("a.bin"), expected);
         m_dir->createFile("copy.bin", noise);
         noise[noise.size() - 1] = char(noise.at(noise.size() - 1) ^ 1);
         m_dir->createFile("changed.bin", noise);
         QCOMPARE(signature("copy.bin"), signature("a.bin"));
         QVERIFY(signature("changed.bin") != signature("a.bin"));
+        m_dir->createFile("empty.bin");
+        QCOMPARE(signature("empty.bin"), quint16(0));
         QCOMPARE(signature("missing.bin"), quint16(0));
         QVERIFY(QFile::link(m_dir->filePath("missing.bin"), m_dir->filePath("dangling.bin")));
         QCOMPARE(signature("dangling.bin"), quint16(0));

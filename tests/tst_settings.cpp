@@ -32,19 +32,6 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(settings.fileName()));
     }
 
-    void mainWindowValueRoundTrip()
-    {
-        {
-            Settings settings;
-            Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), 15);
-        }
-        Settings settings;
-        QCOMPARE(Settings::readMainWindowValue(settings, QStringLiteral("FontSize"), 12).toInt(), 15);
-        QCOMPARE(settings.value(QStringLiteral("Main Window/FontSize")).toInt(), 15);
-        QCOMPARE(Settings::readMainWindowValue(settings, QStringLiteral("Absent"), 12).toInt(), 12);
-        QCOMPARE(settings.group(), QString());
-    }
-
     void windowsWorkingFolder_data()
     {
         QTest::addColumn<int>("version");
