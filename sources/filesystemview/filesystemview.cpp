@@ -361,19 +361,27 @@ QString FileSystemView::statusText() const
     return m_statusText;
 }
 
-QStringList FileSystemView::selectedPaths(bool withMask) const
+QList<QFileInfo> FileSystemView::selectedInfos() const
 {
-    QStringList paths;
+    QList<QFileInfo> infos;
     if (!m_tree)
-        return paths;
+        return infos;
     for (int i = 0, n = m_tree->topLevelItemCount(); i < n; ++i) {
         const QTreeWidgetItem *item = m_tree->topLevelItem(i);
         if (!item->isSelected())
             continue;
         bool found = false;
         const QFileInfo info = m_map.value(item, &found);
-        if (!found || info.fileName() == FileView::parentName())
-            continue;
+        if (found && info.fileName() != FileView::parentName())
+            infos << info;
+    }
+    return infos;
+}
+
+QStringList FileSystemView::selectedPaths(bool withMask) const
+{
+    QStringList paths;
+    for (const QFileInfo &info : selectedInfos()) {
         QString path = info.absoluteFilePath();
         if (withMask && info.isDir())
             path += QStringLiteral("/*.*");
@@ -385,15 +393,8 @@ QStringList FileSystemView::selectedPaths(bool withMask) const
 QStringList FileSystemView::selectedFiles() const
 {
     QStringList files;
-    if (!m_tree)
-        return files;
-    for (int i = 0, n = m_tree->topLevelItemCount(); i < n; ++i) {
-        const QTreeWidgetItem *item = m_tree->topLevelItem(i);
-        if (!item->isSelected())
-            continue;
-        bool found = false;
-        const QFileInfo info = m_map.value(item, &found);
-        if (found && !info.isDir())
+    for (const QFileInfo &info : selectedInfos()) {
+        if (!info.isDir())
             files << info.absoluteFilePath();
     }
     return files;

@@ -110,6 +110,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /** The selected rows' entries, in list order, without "..". */
+    QList<QFileInfo> selectedInfos() const;
     enum class Focus { Parent, Keep };
     void showFolder(Focus focus);
     void selectParentRow();
