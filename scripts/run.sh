@@ -9,20 +9,7 @@ scripts/setup.sh
 scripts/build.sh build
 
 ws=$root/build/workspace
-mkdir -p "$ws/output" "$ws/config" "$ws/home/Documents"
-conf="$ws/config/Quillon Systems Ltd./Morvane 6.0/Qt Tools/Morvane Navarch.conf"
-if [ ! -f "$conf" ]; then
-    mkdir -p "$(dirname "$conf")"
-    cat > "$conf" <<CONF
-[Main%20Window]
-source=Microsoft SQL Server
-target=PostgreSQL
-leftDisk=/
-rightDisk=/
-leftPanel\\Path=$root/samples/sql
-rightPanel\\Path=$ws/output
-CONF
-fi
+scripts/workspace.sh "$ws"
 export XDG_CONFIG_HOME="$ws/config"
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ] && [ -z "${QT_QPA_PLATFORM:-}" ]; then
     echo "No display found: starting under Xvfb." >&2

@@ -9,18 +9,7 @@ scripts/build.sh build
 out=${1:-$root/docs/screenshot.png}
 ws=$(mktemp -d)
 trap 'rm -rf "$ws"' EXIT
-mkdir -p "$ws/output" "$ws/config/Quillon Systems Ltd./Morvane 6.0/Qt Tools"
-cat > "$ws/config/Quillon Systems Ltd./Morvane 6.0/Qt Tools/Morvane Navarch.conf" <<CONF
-[Main%20Window]
-size=@Size(1280 760)
-pos=@Point(0 0)
-source=Microsoft SQL Server
-target=PostgreSQL
-leftDisk=/
-rightDisk=/
-leftPanel\\Path=$root/samples/sql
-rightPanel\\Path=$ws/output
-CONF
+scripts/workspace.sh "$ws" "size=@Size(1280 760)" "pos=@Point(0 0)"
 export XDG_CONFIG_HOME="$ws/config" HOME="$ws"
 xvfb-run -a -s "-screen 0 1280x800x24" bash -c '
     "$0" & app=$!
