@@ -9,6 +9,6 @@ found=0
 while IFS= read -r -d '' src; do
     found=1
     echo "checking $src"
-    "$compiler" -std=c++17 -fsyntax-only -Wall -Wextra -Werror -Isources/utility "$src"
+    "$compiler" -std=c++17 -fsyntax-only -Wall -Wextra -Werror -Isources/core -Isources/platform "$src"
 done < <(find sources -name '*_win.cpp' -print0)
 [ "$found" -eq 1 ] || echo "no Win32 sources"
