@@ -1,4 +1,5 @@
 #include "encodings.h"
+#include "textcodec.h"
 #include "testsupport.h"
 
 #include <QTextCodec>
@@ -29,6 +30,10 @@ private Q_SLOTS:
     void encodedCopyRoundTrip_data();
     void encodedCopyRoundTrip();
     void encodedCopyFailures();
+    void decode_data();
+    void decode();
+    void dominantLineEnd_data();
+    void dominantLineEnd();
 };
 
 void TestEncodings::identify_data()
@@ -169,6 +174,79 @@ void TestEncodings::encodedCopyFailures()
     const QString nowhere = dir.filePath(QStringLiteral("gone/t.sql"));
     createEncodedCopyFile(target, nowhere, QStringLiteral("UTF-8"), QStringLiteral("UTF-8"));
     QVERIFY(!QFile::exists(nowhere));
+}
+
+void TestEncodings::decode_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("chosen");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<int>("markSize");
+    QTest::addColumn<bool>("binary");
+    QTest::addColumn<bool>("invalid");
+    const QString sql = QStringLiteral("select 1;");
+    QTest::newRow("UTF-8 mark beats the chosen codec")
+        << QByteArray("\xEF\xBB\xBFselect 1;") << QByteArray("windows-1251") << sql
+        << QByteArray("UTF-8") << 3 << false << false;
+    // Unlike identifyEncoding, reading a file takes FF FE alone for the UTF-16LE mark.
+    QTest::newRow("FF FE alone is UTF-16LE")
+        << QByteArray::fromHex("fffe41000d000a00") << QByteArray("System")
+        << QStringLiteral("A\r\n") << QByteArray("UTF-16LE") << 2 << false << false;
+    QTest::newRow("FF FE 00 00 is UTF-32LE")
+        << QByteArray::fromHex("fffe000041000000") << QByteArray("System") << QStringLiteral("A")
+        << QByteArray("UTF-32LE") << 4 << false << false;
+    QTest::newRow("zero bytes of UTF-16 text are not binary")
+        << QByteArray("\0s\0q\0l", 6) << QByteArray("UTF-16BE") << QStringLiteral("sql")
+        << QByteArray("UTF-16BE") << 0 << false << false;
+    QTest::newRow("NUL in UTF-8 is binary")
+        << QByteArray("ab\0c", 4) << QByteArray("UTF-8") << QString::fromLatin1("ab\0c", 4)
+        << QByteArray("UTF-8") << 0 << true << false;
+    QTest::newRow("Latin-1 byte in UTF-8") << QByteArray("caf\xE9") << QByteArray("UTF-8")
+                                           << QString::fromUtf8("caf\uFFFD") << QByteArray("UTF-8")
+                                           << 0 << false << true;
+    QTest::newRow("unknown name reads as the machine's codec")
+        << QByteArray("select 1;") << QByteArray("no-such-codec") << sql
+        << QByteArray("no-such-codec") << 0 << false << false;
+}
+
+void TestEncodings::decode()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArray, chosen);
+    QFETCH(QString, text);
+    QFETCH(QByteArray, codec);
+    QFETCH(int, markSize);
+    QFETCH(bool, binary);
+    QFETCH(bool, invalid);
+    const TextCodec::Decoded decoded = TextCodec::decode(bytes, chosen);
+    QCOMPARE(decoded.text, text);
+    QCOMPARE(decoded.codec, codec);
+    QCOMPARE(decoded.mark.bytes, bytes.left(markSize));
+    QCOMPARE(decoded.binary, binary);
+    QCOMPARE(decoded.invalidCharacters > 0, invalid);
+}
+
+void TestEncodings::dominantLineEnd_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("lineEnd");
+    const auto row = [](const char *name, const char *text, TextCodec::LineEnd end) {
+        QTest::newRow(name) << QString::fromLatin1(text) << int(end);
+    };
+    row("no line end", "select 1;", TextCodec::LineEnd::Lf);
+    row("CR LF only", "a\r\nb\r\n", TextCodec::LineEnd::CrLf);
+    row("CR LF wins a tie", "a\r\nb\nc", TextCodec::LineEnd::CrLf);
+    row("LF majority", "a\nb\nc\r\nd", TextCodec::LineEnd::Lf);
+    row("bare CR majority", "a\rb\rc\n", TextCodec::LineEnd::Cr);
+    row("bare CR ties LF", "a\rb\n", TextCodec::LineEnd::Lf);
+}
+
+void TestEncodings::dominantLineEnd()
+{
+    QFETCH(QString, text);
+    QFETCH(int, lineEnd);
+    QCOMPARE(int(TextCodec::dominantLineEnd(text)), lineEnd);
 }
 
 QTEST_GUILESS_MAIN(TestEncodings)

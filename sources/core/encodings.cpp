@@ -1,5 +1,7 @@
 #include "encodings.h"
 
+#include "textcodec.h"
+
 #include <QDebug>
 #include <QFile>
 #include <QSaveFile>
@@ -14,11 +16,6 @@ int windowsAnsiCodePage(); // encodings_win.cpp
 
 namespace {
 
-bool isContinuation(uchar byte)
-{
-    return (byte & 0xC0) == 0x80;
-}
-
 // The counting test reads the file in pieces so that huge files do not have to fit in memory.
 struct ContentScan
 {
@@ -27,43 +24,6 @@ struct ContentScan
 };
 
 } // namespace
-
-bool looksLikeUtf8(const char *data, qint64 size)
-{
-    const auto *b = reinterpret_cast<const uchar *>(data);
-    const qint64 n = size;
-    if (n == 0)
-        return true;
-    if (isContinuation(b[0]) || n < 2)
-        return false;
-    bool sawRun = false;
-    qint64 i = 1;
-    while (i < n) {
-        if (isContinuation(b[i])) {
-            sawRun = true;
-            const uchar lead = b[i - 1];
-            qint64 run = 0;
-            while (i < n && isContinuation(b[i])) {
-                ++run;
-                ++i;
-            }
-            if (run >= 4)
-                return false;
-            bool leadOk = false;
-            if (run == 1)
-                leadOk = (lead & 0xE0) == 0xC0;
-            else if (run == 2)
-                leadOk = (lead & 0xF0) == 0xE0;
-            else
-                leadOk = (lead & 0xF8) == 0xF0;
-            // A sequence cut off by the end of the file is tolerated.
-            if (!leadOk && i < n)
-                return false;
-        }
-        ++i;
-    }
-    return sawRun;
-}
 
 QString identifyEncoding(const QString path)
 {
@@ -74,23 +34,10 @@ QString identifyEncoding(const QString path)
         qDebug() << Q_FUNC_INFO << __FILE__ << __LINE__ << file.errorString();
         return QLatin1String("");
     }
-    const QString head = QString::fromLatin1(file.read(4).toHex());
-    struct Prefix
-    {
-        const char *hex;
-        const char *name;
-    };
-    // FF FE 00 00 is listed twice: a file that starts with FF FE alone is left to
-    // the content test below.
-    static const Prefix prefixes[] = {{"efbbbf", "UTF-8"},
-                                      {"0000feff", "UTF-32BE"},
-                                      {"fffe0000", "UTF-32LE"},
-                                      {"feff", "UTF-16BE"},
-                                      {"fffe0000", "UTF-16LE"}};
-    for (const Prefix &prefix : prefixes) {
-        if (head.startsWith(QLatin1String(prefix.hex), Qt::CaseInsensitive))
-            return QLatin1String(prefix.name);
-    }
+    // A file that starts with the mark FF FE alone is left to the content test below.
+    const TextCodec::ByteOrderMark mark = TextCodec::byteOrderMark(file.read(4));
+    if (!mark.bytes.isEmpty() && mark.codec != "UTF-16LE")
+        return QString::fromLatin1(mark.codec);
 
     file.seek(0);
     const qint64 size = file.size();
@@ -123,7 +70,7 @@ QString identifyEncoding(const QString path)
     else if (scan.even < scan.odd)
         result = QStringLiteral("UTF-32LE");
     else
-        result = looksLikeUtf8(data, length) ? QStringLiteral("UTF-8") : QStringLiteral("System");
+        result = TextCodec::looksLikeUtf8(data, length) ? QStringLiteral("UTF-8") : QStringLiteral("System");
     file.close();
     return result;
 }
@@ -184,7 +131,7 @@ void createEncodedCopyFile(QString source, QString target, QString sourceEncodin
         return;
     }
     QTextStream reader(&in);
-    reader.setCodec(sourceEncoding.toLatin1().constData());
+    reader.setCodec(TextCodec::codecForName(sourceEncoding.toLatin1()));
     const QByteArray text = reader.readAll().toUtf8();
     in.close();
 
@@ -194,7 +141,7 @@ void createEncodedCopyFile(QString source, QString target, QString sourceEncodin
     if (!out.open(QIODevice::WriteOnly | QIODevice::Text))
         return;
     QTextStream writer(&out);
-    writer.setCodec(targetEncoding.toLatin1().constData());
+    writer.setCodec(TextCodec::codecForName(targetEncoding.toLatin1()));
     writer << QString::fromUtf8(text);
     writer.flush();
     if (writer.status() != QTextStream::Ok) {

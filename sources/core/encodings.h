@@ -26,6 +26,3 @@ void createEncodedCopyFile(QString source, QString target, QString sourceEncodin
 int ansiCodePage();
 /** The code page that stands for a locale codeset such as "UTF-8" or "SJIS"; 0 when none. */
 int codePageForCodeset(const QByteArray &codeset);
-
-/** The UTF-8 test of identifyEncoding over @p size bytes. */
-bool looksLikeUtf8(const char *data, qint64 size);

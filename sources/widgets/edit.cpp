@@ -1,5 +1,7 @@
 #include "edit.h"
 
+#include "textcodec.h"
+
 #include <Qsci/qscilexerbash.h>
 #include <Qsci/qscilexercpp.h>
 #include <Qsci/qscilexercsharp.h>
@@ -39,28 +41,6 @@ constexpr int ChangeMarker = 2;
 constexpr int HitIndicator = 8;
 constexpr int MinFontSize = 4;
 constexpr int MaxFontSize = 96;
-
-struct Bom
-{
-    QByteArray bytes;
-    const char *codec;
-};
-
-// Longest marks first, so that FF FE 00 00 is not taken for FF FE.
-const Bom &byteOrderMarkOf(const QByteArray &data)
-{
-    static const Bom marks[] = {{QByteArray("\x00\x00\xFE\xFF", 4), "UTF-32BE"},
-                                {QByteArray("\xFF\xFE\x00\x00", 4), "UTF-32LE"},
-                                {QByteArray("\xEF\xBB\xBF"), "UTF-8"},
-                                {QByteArray("\xFE\xFF"), "UTF-16BE"},
-                                {QByteArray("\xFF\xFE"), "UTF-16LE"},
-                                {QByteArray(), nullptr}};
-    for (const Bom &mark : marks) {
-        if (mark.codec && data.startsWith(mark.bytes))
-            return mark;
-    }
-    return marks[5];
-}
 
 QsciLexer *createLexer(const QString &language, QObject *parent)
 {
@@ -226,35 +206,27 @@ bool Edit::load()
     file.close();
 
     // A byte-order mark names the encoding better than any setting; it is kept for saving.
-    const Bom &bom = byteOrderMarkOf(data);
-    QTextCodec *textCodec = nullptr;
-    if (bom.codec) {
-        m_byteOrderMark = bom.bytes;
-        m_fileCodec = bom.codec;
-        textCodec = QTextCodec::codecForName(bom.codec);
-    } else {
-        m_fileCodec = m_codecName;
-        textCodec = codec();
-    }
-    const bool wideCodec = textCodec->mibEnum() >= 1013 && textCodec->mibEnum() <= 1019;
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    const QByteArray body = data.mid(m_byteOrderMark.size());
-    QString text = textCodec->toUnicode(body.constData(), body.size(), &state);
-    m_binary = (!wideCodec && body.contains('\0')) || text.contains(QChar(0));
-    m_decodingErrors = m_binary || state.invalidChars > 0;
+    TextCodec::Decoded decoded = TextCodec::decode(data, m_codecName);
+    m_byteOrderMark = decoded.mark.bytes;
+    m_fileCodec = decoded.codec;
+    QString &text = decoded.text;
+    m_binary = decoded.binary;
+    m_decodingErrors = m_binary || decoded.invalidCharacters > 0;
     if (m_binary)
         text.replace(QChar(0), QChar(0x2400)); // the symbol for NUL keeps the text displayable
 
     // New lines follow the line end most used in the file; every existing line keeps its own.
-    const int crlf = text.count(QLatin1String("\r\n"));
-    const int cr = text.count(QLatin1Char('\r')) - crlf;
-    const int lf = text.count(QLatin1Char('\n')) - crlf;
-    if (crlf >= lf && crlf >= cr && crlf > 0)
+    switch (TextCodec::dominantLineEnd(text)) {
+    case TextCodec::LineEnd::CrLf:
         m_editor->setEolMode(QsciScintilla::EolWindows);
-    else if (cr > lf)
+        break;
+    case TextCodec::LineEnd::Cr:
         m_editor->setEolMode(QsciScintilla::EolMac);
-    else
+        break;
+    case TextCodec::LineEnd::Lf:
         m_editor->setEolMode(QsciScintilla::EolUnix);
+        break;
+    }
 
     m_editor->setReadOnly(false);
     m_editor->setText(text);
@@ -278,11 +250,7 @@ bool Edit::load()
 
 QTextCodec *Edit::codec() const
 {
-    const QByteArray name = m_fileCodec.isEmpty() ? m_codecName : m_fileCodec;
-    if (name.isEmpty() || name == "System")
-        return QTextCodec::codecForLocale();
-    QTextCodec *found = QTextCodec::codecForName(name);
-    return found ? found : QTextCodec::codecForLocale();
+    return TextCodec::codecForName(m_fileCodec.isEmpty() ? m_codecName : m_fileCodec);
 }
 
 QString Edit::languageName(const QString &fileName, const QString &conversion)
