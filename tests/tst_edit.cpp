@@ -223,6 +223,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("binary");
         QTest::newRow("NUL bytes") << QByteArray("abc\0\x01\x02" "def\n", 10) << true;
         QTest::newRow("invalid UTF-8") << QByteArray("caf\xE9 \xFF\xFE ok\x80\n") << false;
+        QTest::newRow("UTF-8 cut off at the end") << QByteArray("select 'caf\xC3") << false;
     }
 
     void badInputOpensReadOnly()

@@ -202,9 +202,15 @@ void TestEncodings::decode_data()
     QTest::newRow("NUL in UTF-8 is binary")
         << QByteArray("ab\0c", 4) << QByteArray("UTF-8") << QString::fromLatin1("ab\0c", 4)
         << QByteArray("UTF-8") << 0 << true << false;
-    QTest::newRow("Latin-1 byte in UTF-8") << QByteArray("caf\xE9") << QByteArray("UTF-8")
-                                           << QString::fromUtf8("caf\uFFFD") << QByteArray("UTF-8")
-                                           << 0 << false << true;
+    QTest::newRow("Latin-1 byte in UTF-8")
+        << QByteArray("caf\xE9 ok") << QByteArray("UTF-8") << QString::fromUtf8("caf\uFFFD ok")
+        << QByteArray("UTF-8") << 0 << false << true;
+    QTest::newRow("sequence cut off at the end") << QByteArray("caf\xC3") << QByteArray("UTF-8")
+                                                 << QString::fromUtf8("caf\uFFFD")
+                                                 << QByteArray("UTF-8") << 0 << false << true;
+    QTest::newRow("odd byte after UTF-16 text")
+        << QByteArray("\0a\0", 3) << QByteArray("UTF-16BE") << QString::fromUtf8("a\uFFFD")
+        << QByteArray("UTF-16BE") << 0 << false << true;
     QTest::newRow("unknown name reads as the machine's codec")
         << QByteArray("select 1;") << QByteArray("no-such-codec") << sql
         << QByteArray("no-such-codec") << 0 << false << false;

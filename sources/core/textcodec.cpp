@@ -51,6 +51,12 @@ TextCodec::Decoded TextCodec::decode(const QByteArray &data, const QByteArray &c
     result.text = codec->toUnicode(body.constData(), body.size(), &state);
     result.binary = (!isWide(codec) && body.contains('\0')) || result.text.contains(QChar(0));
     result.invalidCharacters = state.invalidChars;
+    // A sequence cut off by the end of the data stays in the state instead of the text;
+    // it counts as unreadable, so that saving cannot silently drop it.
+    if (state.remainingChars > 0) {
+        result.text += QChar(QChar::ReplacementCharacter);
+        result.invalidCharacters += state.remainingChars;
+    }
     return result;
 }
 
