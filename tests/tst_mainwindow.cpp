@@ -4,6 +4,7 @@
 #include "panel.h"
 #include "panelmanager.h"
 #include "settings.h"
+#include "startupoptions.h"
 #include "treewidget.h"
 #include "testsupport.h"
 #include "ui_mainwindow.h"
@@ -12,6 +13,7 @@
 #include <QAction>
 #include <QDialog>
 #include <QMenu>
+#include <QMessageBox>
 #include <QTextBrowser>
 #include <QToolBar>
 #include <QTreeWidget>
@@ -246,6 +248,60 @@ private Q_SLOTS:
         QCOMPARE(tabs->currentIndex(), 1);
         QCOMPARE(tabs->tabText(0), QStringLiteral("Search Results"));
         QCOMPARE(tabs->tabText(1), QStringLiteral("Log View"));
+    }
+
+    void startupPaths_data()
+    {
+        QTest::addColumn<QStringList>("arguments"); // in the test folder
+        QTest::addColumn<QStringList>("folders");   // left, right; "" for the stored one
+        QTest::addColumn<QString>("editedFile");    // in the right panel
+        QTest::addColumn<QString>("warning");
+
+        QTest::newRow("two folders") << QStringList{"src", "out"} << QStringList{"src", "out"}
+                                     << QString() << QString();
+        QTest::newRow("missing folder, then a file")
+            << QStringList{"gone", "src/orders.sql"} << QStringList{"", "src"}
+            << "src/orders.sql" << "gone\" does not exist: the left panel opens on its last folder.";
+    }
+
+    void startupPaths()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QStringList, folders);
+        QFETCH(QString, editedFile);
+        QFETCH(QString, warning);
+        TestDir dir;
+        dir.createFile(QStringLiteral("src/orders.sql"), "SELECT 1;\n");
+        dir.createDir(QStringLiteral("out"));
+        const QStringList stored{dir.createDir(QStringLiteral("stored left")),
+                                 dir.createDir(QStringLiteral("stored right"))};
+        {
+            Settings settings;
+            settings.setValue(QStringLiteral("Main Window/leftPanel/Path"), stored.at(0));
+            settings.setValue(QStringLiteral("Main Window/rightPanel/Path"), stored.at(1));
+        }
+
+        MainWindow window(nullptr, qApp, QString());
+        window.show();
+        window.openStartupPaths(StartupOptions::parse(
+            QStringList{QStringLiteral("morvane-navarch")} + arguments, dir.path()));
+        Panel *panels[] = {window.panelManager()->leftPanel(), window.panelManager()->rightPanel()};
+        for (int side = 0; side < 2; ++side) {
+            const QString folder = folders.at(side);
+            QCOMPARE(QDir(panels[side]->currentPath()).absolutePath(),
+                     folder.isEmpty() ? stored.at(side) : dir.filePath(folder));
+        }
+        QCOMPARE(panels[1]->isEditing(), !editedFile.isEmpty());
+        if (!editedFile.isEmpty())
+            QCOMPARE(panels[1]->editor()->filePath(), dir.filePath(editedFile));
+        // The warning was shown without blocking: the panels opened after it.
+        auto *box = window.findChild<QMessageBox *>();
+        QCOMPARE(box != nullptr, !warning.isEmpty());
+        if (box) {
+            QVERIFY(box->isVisible());
+            QVERIFY2(box->text().contains(warning), qPrintable(box->text()));
+            box->close();
+        }
     }
 };
 

@@ -17,6 +17,7 @@
 #include "panelmanager.h"
 #include "recentfolderstorage.h"
 #include "settings.h"
+#include "startupoptions.h"
 #include "ui_mainwindow.h"
 #include "workingfolder.h"
 
@@ -182,6 +183,24 @@ void MainWindow::openLogLink(const QString &path, int line)
     // The engine counts lines from 1, the editor from 0.
     if (Edit *editor = left->editor())
         editor->goToLine(line - 1);
+}
+
+void MainWindow::openStartupPaths(const StartupOptions &options)
+{
+    for (Panel *panel : {m_panelManager->leftPanel(), m_panelManager->rightPanel()}) {
+        const QString folder = options.folder(panel->isLeft());
+        if (!folder.isEmpty())
+            panel->changePath(folder);
+        const QString file = options.file(panel->isLeft());
+        if (!file.isEmpty())
+            panel->openEditFile(file);
+    }
+    if (options.warnings().isEmpty())
+        return;
+    auto *box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Morvane Navarch"),
+                                options.warnings().join(QLatin1Char('\n')), QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
 }
 
 void MainWindow::setupEditorAndComparison()

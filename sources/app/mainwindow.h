@@ -14,6 +14,7 @@ class ConversionLogView;
 class PanelManager;
 class QApplication;
 class QMenu;
+class StartupOptions;
 namespace Ui {
 class MainWindow;
 }
@@ -53,6 +54,12 @@ public:
     QAction *copyFileAction() const { return m_copyFileAction; }
     QAction *cancelAction() const { return m_cancelAction; }
     QMenu *recentFoldersMenu() const { return m_recentMenu; }
+
+    /**
+     * Opens the panels on the folders and files given on the command line and
+     * shows why any path was not opened, without blocking.
+     */
+    void openStartupPaths(const StartupOptions &options);
 
 Q_SIGNALS:
     /** Asks for the search-results tab. */

@@ -1,6 +1,7 @@
 #include "conversion.h"
 
 #include "encodings.h"
+#include "enginelocator.h"
 #include "reader.h"
 #include "stopconversion.h"
 #include "workingfolder.h"
@@ -93,13 +94,13 @@ QString Conversion::resolvedProgram(QString *reason) const
         else
             found = info.absoluteFilePath();
     } else {
-        const QString appDir = QCoreApplication::applicationDirPath();
-        found = QStandardPaths::findExecutable(m_program, {appDir});
-        if (found.isEmpty())
-            found = QStandardPaths::findExecutable(m_program);
-        if (found.isEmpty())
-            why = QStringLiteral("was not found beside the application (%1) or on PATH")
-                      .arg(QDir::toNativeSeparators(appDir));
+        found = EngineLocator::find(m_program);
+        if (found.isEmpty()) {
+            const QStringList folders = EngineLocator::folders();
+            why = QStringLiteral("was not found beside the application (%1), in %2 or on PATH")
+                      .arg(QDir::toNativeSeparators(folders.at(0)),
+                           QDir::toNativeSeparators(folders.at(1)));
+        }
     }
     if (reason)
         *reason = why;
