@@ -9,6 +9,7 @@ PACKAGES=(
     python3 python3-sqlglot
     fonts-open-sans
     xvfb xauth imagemagick xdotool
+    desktop-file-utils appstream
     g++-mingw-w64-x86-64
     diffutils findutils grep
 )
