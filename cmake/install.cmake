@@ -47,8 +47,13 @@ if(navarch_libraries)
 endif()
 install(TARGETS morvane-navarch RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-# The default engine, as the build places it beside the application.
+# The default engine, as the build places it beside the application, with its
+# package of Python modules when it has one.
 install(PROGRAMS ${CMAKE_BINARY_DIR}/bin/morvane DESTINATION ${NAVARCH_PRIVATE_DIR})
+if(EXISTS ${PROJECT_SOURCE_DIR}/engine/morvane_sql)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/engine/morvane_sql DESTINATION ${NAVARCH_PRIVATE_DIR}
+            FILES_MATCHING PATTERN "*.py")
+endif()
 
 set(desktop ${PROJECT_SOURCE_DIR}/resources/desktop)
 install(FILES ${desktop}/${NAVARCH_APP_ID}.desktop
@@ -73,11 +78,12 @@ set(CPACK_PACKAGE_NAME morvane-navarch)
 set(CPACK_PACKAGE_VENDOR "Quillon Systems Ltd.")
 set(CPACK_PACKAGE_CONTACT "Quillon Systems Ltd. <navarch@quillonsystems.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "two-panel file manager for SQL script conversion")
-set(CPACK_PACKAGE_DESCRIPTION
-    "Morvane Navarch is a two-panel file manager built round the morvane conversion engine, "
-    "for engineers who migrate databases and application code from one database platform to "
-    "another: browse the source scripts and the output folder side by side, edit them, run "
-    "the engine with pause, resume and stop, follow its log and compare the results.")
+set(CPACK_PACKAGE_DESCRIPTION "\
+Morvane Navarch is a two-panel file manager built round the morvane
+conversion engine, for engineers who migrate databases and application code
+from one database platform to another: browse the source scripts and the
+output folder side by side, edit them, run the engine with pause, resume and
+stop, follow its log and compare the results.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://navarch.quillonsystems.example/")
@@ -88,4 +94,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/bin)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "python3, python3-sqlglot, fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qtwayland5")
+# Python leaves compiled modules beside the engine when root runs it; they go
+# with the package.
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+configure_file(${PROJECT_SOURCE_DIR}/cmake/prerm.in ${CMAKE_BINARY_DIR}/debian/prerm @ONLY)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_BINARY_DIR}/debian/prerm)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

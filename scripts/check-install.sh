@@ -76,7 +76,10 @@ if [ "$(id -u)" -eq 0 ]; then
     check_application /usr/bin/morvane-navarch /usr/lib/morvane-navarch/morvane
     DEBIAN_FRONTEND=noninteractive "${apt[@]}" purge morvane-navarch >/dev/null
     installed=
-    [ ! -e /usr/bin/morvane-navarch ] || { echo "the package left files behind"; exit 1; }
+    if [ -e /usr/bin/morvane-navarch ] || [ -e /usr/lib/morvane-navarch ]; then
+        echo "the package left files behind"
+        exit 1
+    fi
 else
     echo "not root: the package is built but not installed"
 fi
