@@ -1,4 +1,5 @@
 #include "textcodec.h"
+#include "filenamecodec.h"
 
 #include <QTextCodec>
 
@@ -29,9 +30,9 @@ TextCodec::ByteOrderMark TextCodec::byteOrderMark(const QByteArray &data)
 QTextCodec *TextCodec::codecForName(const QByteArray &name)
 {
     if (name.isEmpty() || name == "System")
-        return QTextCodec::codecForLocale();
+        return FileNameCodec::textCodec();
     QTextCodec *found = QTextCodec::codecForName(name);
-    return found ? found : QTextCodec::codecForLocale();
+    return found ? found : FileNameCodec::textCodec();
 }
 
 bool TextCodec::isWide(const QTextCodec *codec)

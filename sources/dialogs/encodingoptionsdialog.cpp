@@ -1,4 +1,5 @@
 #include "encodingoptionsdialog.h"
+#include "filenamecodec.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -11,8 +12,10 @@ QStringList EncodingOptionsDialog::encodingList()
 {
     QStringList names;
     const QList<QByteArray> codecs = QTextCodec::availableCodecs();
-    for (const QByteArray &codec : codecs)
-        names << QString::fromLatin1(codec);
+    for (const QByteArray &codec : codecs) {
+        if (codec != FileNameCodec::codecName())
+            names << QString::fromLatin1(codec);
+    }
     // Qt lists "System" only where the platform has an ANSI code page; the
     // choice means the machine's own encoding everywhere.
     if (!names.contains(QStringLiteral("System")))
