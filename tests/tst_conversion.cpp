@@ -1,43 +1,49 @@
 #include "conversion.h"
+#include "eventsender.h"
 #include "testsupport.h"
-#include "workingfolder.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <semaphore.h>
+#include <unistd.h>
 
 #include <QProcessEnvironment>
 #include <QSignalSpy>
 #include <QtTest>
 
 // Runs the conversion command against the test engine and looks at the exact
-// arguments it received, what the log says and how failures are reported.
+// arguments and input it received, what the log says and how failures, stop
+// events and termination are handled.
 class TestConversion : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase();
     void init();
-    void commandLine_data();
-    void commandLine();
-    void fileCount_data();
-    void fileCount();
+    void engineReceivesItsCommand();
     void failures_data();
     void failures();
     void unreadableTablesDdl();
+    void stopEvent_data();
+    void stopEvent();
+    void terminateEndsChildren();
     void flood();
     void defaultEngineConvertsSamples();
 
 private:
     QStringList runEngine(const QString &script, int timeout = 20000);
     QString log() const { return QString::fromUtf8(m_conversion->output()); }
+    QProcess *process() const { return m_conversion->process(); }
 
     std::unique_ptr<TestDir> m_dir;
     std::unique_ptr<Conversion> m_conversion;
     QString m_argsFile;
+    QString m_inputFile;
 };
 
 void TestConversion::initTestCase()
 {
     useTestSettings();
-    qputenv("MORVANE_STOP_EVENT", QByteArray("/MorvaneStopEvent-tst-conversion-")
-                                      + QByteArray::number(QCoreApplication::applicationPid()));
 }
 
 void TestConversion::init()
@@ -52,6 +58,7 @@ void TestConversion::init()
     m_conversion->setTargetConversion(QStringLiteral("PostgreSQL"));
     m_conversion->setFile({QStringLiteral("/x.sql")});
     m_argsFile = m_dir->filePath(QStringLiteral("args.txt"));
+    m_inputFile = m_dir->filePath(QStringLiteral("input.txt"));
 }
 
 QStringList TestConversion::runEngine(const QString &script, int timeout)
@@ -59,11 +66,12 @@ QStringList TestConversion::runEngine(const QString &script, int timeout)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TESTENGINE_SCRIPT"), QStringLiteral("inline:") + script);
     environment.insert(QStringLiteral("TESTENGINE_ARGS"), m_argsFile);
-    m_conversion->setProcessEnvironment(environment);
+    environment.insert(QStringLiteral("TESTENGINE_STDIN"), m_inputFile);
+    process()->setProcessEnvironment(environment);
     QFile::remove(m_argsFile);
     if (!m_conversion->start())
         return {};
-    if (!m_conversion->waitForFinished(timeout))
+    if (!process()->waitForFinished(timeout))
         return {QStringLiteral("<timeout>")};
     // The last bytes may still sit in the pipe.
     m_conversion->readStandardOutput();
@@ -75,80 +83,32 @@ QStringList TestConversion::runEngine(const QString &script, int timeout)
     return arguments;
 }
 
-void TestConversion::commandLine_data()
+void TestConversion::engineReceivesItsCommand()
 {
-    QTest::addColumn<QString>("api");
-    QTest::newRow("every switch") << "Odbc";
-    QTest::newRow("empty API drops its switch") << "";
-}
-
-void TestConversion::commandLine()
-{
-    QFETCH(QString, api);
     const QString first = m_dir->createFile(QStringLiteral("in/a b.sql"), "select 1;");
     const QString second = m_dir->createFile(QStringLiteral("in/it's \"q\" \xc3\xa9t\xc3\xa9.sql"), "x");
-    const QString ddl = m_dir->createFile(QStringLiteral("my ddl.sql"), "create table t(a int);");
     m_conversion->setFile({first, second});
     m_conversion->setSourceConversion(QStringLiteral("NonStop SQL/MX"));
-    m_conversion->setTargetConversion(QStringLiteral("Progress WSM"));
-    // Set, then changed: an empty API must take back the switch set before.
     m_conversion->setSourceConversionOption(QStringLiteral("DB2"), QStringLiteral("Odbc"));
-    m_conversion->setSourceConversionOption(QStringLiteral("DB2"), api);
-    m_conversion->setTargetConversionOption(QStringLiteral("Oracle"), QString());
-    m_conversion->setPassword(QStringLiteral("s3cr3t"));
-    m_conversion->setExtraOptions(QStringLiteral(" /PRJF=\"/p/x.prj\" /TBLDDL=\"%1\" /Uuser /Ps3cr3t "
-                                                 "/SRCENC=System /TRGENC=UTF-8")
-                                      .arg(ddl));
+    m_conversion->setEngineOptions({{"/U", "user"}, {"/P", "s3cr3t"}, {"/PRJF=", "/p/x.prj"}});
+    m_conversion->setEncodings(QStringLiteral("System"), QStringLiteral("UTF-8"));
 
+    const QStringList expected = engineCommand(m_conversion->request()).arguments;
     const QStringList arguments = runEngine(QStringLiteral("out done\\n"));
-    QStringList expected{
-        QStringLiteral("/F=\"%1| %2\"").arg(first, second),
-        QStringLiteral("/DIR=\"%1\"").arg(m_dir->filePath(QStringLiteral("out"))),
-        QStringLiteral("/SOURCE=NonStopSQLMX"),
-        QStringLiteral("/TARGET=ProgressWSM"),
-        QStringLiteral("/Source_DB=DB2"),
-        QStringLiteral("/Target_DB=Oracle"),
-        QStringLiteral("/TBLDDL=\"%1\"").arg(ddl),
-        QStringLiteral("/PRJF=\"/p/x.prj\" /Uuser /Ps3cr3t /SRCENC=System /TRGENC=UTF-8"),
-    };
-    if (!api.isEmpty())
-        expected.insert(4, QStringLiteral("/Source_API=") + api);
     QCOMPARE(arguments, expected);
-    QVERIFY(!log().contains(QStringLiteral("/D=")));
-    // The password is masked in the log, nowhere else.
+    QCOMPARE(arguments.first(), QStringLiteral("/F=\"%1| %2\"").arg(first, second));
+    QCOMPARE(arguments.value(2), QStringLiteral("/SOURCE=NonStopSQLMX"));
+    // The password travels on standard input only; the log masks it.
+    for (const QString &argument : arguments)
+        QVERIFY2(!argument.contains(QStringLiteral("s3cr3t")), qPrintable(argument));
+    QVERIFY(arguments.last().startsWith(QStringLiteral("/P- ")));
+    QFile input(m_inputFile);
+    QVERIFY(input.open(QIODevice::ReadOnly));
+    QCOMPARE(input.readAll(), QByteArray("s3cr3t\n"));
     QVERIFY(!log().contains(QStringLiteral("s3cr3t")));
-    const QString shown = expected.join(QLatin1Char(' ')).replace(QStringLiteral("/Ps3cr3t"),
-                                                                  QStringLiteral("/P****"));
-    QVERIFY2(log().startsWith(QStringLiteral(TEST_ENGINE_PATH " ") + shown), qPrintable(log()));
-}
-
-void TestConversion::fileCount_data()
-{
-    QTest::addColumn<int>("count");
-    QTest::addColumn<bool>("throughFile");
-    QTest::newRow("ten files go inline") << 10 << false;
-    QTest::newRow("eleven files go through ffile.txt") << 11 << true;
-    QTest::newRow("5000 files") << 5000 << true;
-}
-
-void TestConversion::fileCount()
-{
-    QFETCH(int, count);
-    QFETCH(bool, throughFile);
-    QStringList files;
-    for (int i = 0; i < count; ++i)
-        files << QStringLiteral("/data/scripts/script %1.sql").arg(i);
-    m_conversion->setFile(files);
-    const QStringList arguments = runEngine(QString());
-    const QString listFile = WorkingFolder::path() + QStringLiteral("ffile.txt");
-    const QString joined = files.join(QStringLiteral("| "));
-    QCOMPARE(arguments.value(0), QStringLiteral("/%1=\"%2\"").arg(throughFile ? "FF" : "F",
-                                                                    throughFile ? listFile : joined));
-    if (throughFile) {
-        QFile list(listFile);
-        QVERIFY(list.open(QIODevice::ReadOnly));
-        QCOMPARE(QString::fromUtf8(list.readAll()), joined);
-    }
+    QVERIFY2(log().startsWith(QStringLiteral(TEST_ENGINE_PATH " /F=")), qPrintable(log()));
+    QVERIFY(log().contains(QStringLiteral("/P**** /PRJF=")));
+    QVERIFY(log().contains(QStringLiteral("done")));
 }
 
 void TestConversion::failures_data()
@@ -173,6 +133,7 @@ void TestConversion::failures()
     QSignalSpy changed(m_conversion.get(), &Conversion::standardOutputChanged);
     QVERIFY(!m_conversion->start());
     QCOMPARE(m_conversion->state(), QProcess::NotRunning);
+    QVERIFY(m_conversion->stopEventName().isEmpty());
     QVERIFY(!changed.isEmpty());
     QVERIFY2(log().contains(message), qPrintable(log()));
 }
@@ -186,12 +147,75 @@ void TestConversion::unreadableTablesDdl()
     QVERIFY(log().contains(QStringLiteral("cannot be read")));
 }
 
+void TestConversion::stopEvent_data()
+{
+    QTest::addColumn<bool>("blocked");
+    QTest::newRow("made for the run, handed over, removed after it") << false;
+    QTest::newRow("cannot be made: said in the log, the run goes on") << true;
+}
+
+void TestConversion::stopEvent()
+{
+    QFETCH(bool, blocked);
+    // Another user's event under the old fixed name, with a request pending,
+    // is none of this run's business.
+    sem_t *old = sem_open("/MorvaneStopEvent", O_CREAT, 0600, 0);
+    if (old != SEM_FAILED) {
+        sem_post(old);
+        sem_close(old);
+    }
+    const QByteArray next = EventSender::nameForRun(Conversion::runCount() + 1);
+    QVERIFY(next.contains("." + QByteArray::number(qulonglong(getuid())) + "."
+                          + QByteArray::number(QCoreApplication::applicationPid()) + "."));
+    // A folder where the semaphore would go makes it impossible to create.
+    const QString shm = QStringLiteral("/dev/shm/sem.") + QString::fromLatin1(next.mid(1));
+    if (blocked)
+        QVERIFY(QDir().mkpath(shm));
+    const QStringList arguments = runEngine(QStringLiteral("ticks 3 10 tick"));
+    if (blocked)
+        QDir().rmdir(shm);
+    sem_unlink("/MorvaneStopEvent");
+    QVERIFY2(log().contains(QStringLiteral("tick 2")), qPrintable(log()));
+    QCOMPARE(m_conversion->stopEventName(), blocked ? QByteArray() : next);
+    QCOMPARE(log().contains(QStringLiteral("could not be made")), blocked);
+    // Gone with the run: nothing piles up in /dev/shm.
+    QVERIFY(!QFileInfo::exists(shm));
+}
+
+void TestConversion::terminateEndsChildren()
+{
+    const QString pidFile = m_dir->filePath(QStringLiteral("child.pid"));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TESTENGINE_SCRIPT"),
+                       QStringLiteral("inline:child %1\nsleep 60000").arg(pidFile));
+    process()->setProcessEnvironment(environment);
+    QVERIFY(m_conversion->start());
+    QTRY_VERIFY(QFileInfo(pidFile).size() > 0);
+    QFile file(pidFile);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const pid_t child = file.readAll().trimmed().toInt();
+    QVERIFY(child > 0);
+    QCOMPARE(::kill(child, 0), 0);
+
+    m_conversion->terminate();
+    QVERIFY(process()->waitForFinished(5000));
+    // Gone, or a zombie waiting for whoever adopted it.
+    const auto alive = [child] {
+        QFile stat(QStringLiteral("/proc/%1/stat").arg(child));
+        if (!stat.open(QIODevice::ReadOnly))
+            return false;
+        const QByteArray text = stat.readAll();
+        return text.mid(text.lastIndexOf(')') + 2, 1) != "Z";
+    };
+    QTRY_VERIFY(!alive());
+}
+
 void TestConversion::flood()
 {
     QSignalSpy errors(m_conversion.get(), &Conversion::errorsChanged);
     const QStringList arguments = runEngine(QStringLiteral("flood 100000000"), 180000);
     QVERIFY(!arguments.isEmpty() && arguments.first() != QLatin1String("<timeout>"));
-    QCOMPARE(m_conversion->exitCode(), 0);
+    QCOMPARE(process()->exitCode(), 0);
     QVERIFY(m_conversion->output().size() >= 100000000);
     QVERIFY(!errors.isEmpty());
     // Every error but those of the last script, which no later script follows.
@@ -211,9 +235,9 @@ void TestConversion::defaultEngineConvertsSamples()
     QVERIFY(files.size() >= 4);
     m_conversion->setEngineProgram(engine);
     m_conversion->setFile(files);
-    m_conversion->setExtraOptions(QStringLiteral(" /SRCENC=System /TRGENC=System"));
+    m_conversion->setEncodings(QStringLiteral("System"), QStringLiteral("System"));
     runEngine(QString(), 60000);
-    QCOMPARE(m_conversion->exitCode(), 0);
+    QCOMPARE(process()->exitCode(), 0);
     const QDir out(m_dir->filePath(QStringLiteral("out")));
     for (const QString &file : files)
         QVERIFY2(out.exists(QFileInfo(file).fileName()), qPrintable(log()));
@@ -223,9 +247,9 @@ void TestConversion::defaultEngineConvertsSamples()
     QCOMPARE(m_conversion->errors().at(0).line, 8);
 
     // An encoding the engine cannot use: one clear message, non-zero exit.
-    m_conversion->setExtraOptions(QStringLiteral(" /SRCENC=TSCII /TRGENC=System"));
+    m_conversion->setEncodings(QStringLiteral("TSCII"), QStringLiteral("System"));
     runEngine(QString(), 60000);
-    QCOMPARE(m_conversion->exitCode(), 2);
+    QCOMPARE(process()->exitCode(), 2);
     QVERIFY2(log().contains(QStringLiteral("The encoding 'TSCII'")), qPrintable(log()));
 
     // The output folder is the script's own through a link: the source stays as it is.
@@ -234,7 +258,7 @@ void TestConversion::defaultEngineConvertsSamples()
     QVERIFY(QFile::link(m_dir->filePath(QStringLiteral("own")), m_dir->filePath(QStringLiteral("same"))));
     m_conversion->setFile({source});
     m_conversion->setOutputDir(m_dir->filePath(QStringLiteral("same")));
-    m_conversion->setExtraOptions(QStringLiteral(" /SRCENC=\"IBM 850\" /TRGENC=System"));
+    m_conversion->setEncodings(QStringLiteral("IBM 850"), QStringLiteral("System"));
     runEngine(QString(), 60000);
     QVERIFY2(log().contains(QStringLiteral("Skipped")), qPrintable(log()));
     QFile written(source);

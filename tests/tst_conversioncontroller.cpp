@@ -1,7 +1,10 @@
 #include "conversion.h"
 #include "conversioncontroller.h"
 #include "conversionlogview.h"
+#include "edit.h"
 #include "mainwindow.h"
+#include "panel.h"
+#include "panelmanager.h"
 #include "testsupport.h"
 #include "ui_mainwindow.h"
 
@@ -12,8 +15,8 @@
 #include <QTextBrowser>
 #include <QTimer>
 #include <QtTest>
+#include <Qsci/qsciscintilla.h>
 
-#include <semaphore.h>
 
 // The conversion as the window drives it: Run, pause, resume and stop on a
 // real child process, the terminate question, the log and its links.
@@ -24,9 +27,6 @@ private:
     QString label() const { return m_window->form()->labelProcessState->text(); }
     QString log() const { return QString::fromUtf8(m_conversion->output()); }
 
-    QTemporaryDir m_binDir;
-    QString m_engine;
-    QByteArray m_eventName;
     std::unique_ptr<TestDir> m_dir;
     std::unique_ptr<MainWindow> m_window;
     ConversionController *m_controller = nullptr;
@@ -36,34 +36,27 @@ private:
 
     void startRun(const QString &script, const QStringList &files = {})
     {
+        startRunOn(m_controller, script, files);
+    }
+
+    void startRunOn(ConversionController *controller, const QString &script,
+                    const QStringList &files = {})
+    {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("TESTENGINE_SCRIPT"), QStringLiteral("inline:") + script);
-        m_conversion->setProcessEnvironment(environment);
+        controller->conversion()->process()->setProcessEnvironment(environment);
         const QStringList selection = files.isEmpty()
             ? QStringList{m_dir->createFile(QStringLiteral("in/a.sql"), "select 1;")}
             : files;
-        m_controller->runOrPause({QStringLiteral(" /INI=\"/x/morvane.ini\"")}, QStringLiteral("System"),
-                                 QStringLiteral("UTF-8"), selection,
-                                 m_dir->createDir(QStringLiteral("out")));
+        const QString ini = m_dir->createFile(QStringLiteral("morvane.ini"), "[Morvane]\n");
+        controller->runOrPause({{"/INI=", ini}}, QStringLiteral("System"), QStringLiteral("UTF-8"),
+                               selection, m_dir->createDir(QStringLiteral("out")));
     }
 
 private Q_SLOTS:
     void initTestCase()
     {
         useTestSettings();
-        m_eventName = "/MorvaneStopEvent-tst-controller-"
-                      + QByteArray::number(QCoreApplication::applicationPid());
-        qputenv("MORVANE_STOP_EVENT", m_eventName);
-        // Pausing reaches every process with the engine's name: a name of our own
-        // keeps other programs out of it.
-        m_engine = m_binDir.filePath(QStringLiteral("tep%1").arg(QCoreApplication::applicationPid()));
-        QVERIFY(QFile::copy(QStringLiteral(TEST_ENGINE_PATH), m_engine));
-        QFile::setPermissions(m_engine, QFile::permissions(m_engine) | QFile::ExeOwner);
-    }
-
-    void cleanupTestCase()
-    {
-        sem_unlink(m_eventName.constData());
     }
 
     void init()
@@ -72,7 +65,7 @@ private Q_SLOTS:
         m_window = std::make_unique<MainWindow>(nullptr, nullptr, QString());
         m_controller = m_window->conversionController();
         m_conversion = m_controller->conversion();
-        m_conversion->setEngineProgram(m_engine);
+        m_conversion->setEngineProgram(QStringLiteral(TEST_ENGINE_PATH));
         m_questions = 0;
         m_controller->setTerminateQuestion([this] {
             ++m_questions;
@@ -83,17 +76,14 @@ private Q_SLOTS:
             if (m_labels.isEmpty() || m_labels.last() != label())
                 m_labels << label();
         };
-        connect(m_conversion, &QProcess::stateChanged, m_window.get(), record);
+        connect(m_conversion->process(), &QProcess::stateChanged, m_window.get(), record);
         connect(m_controller, &ConversionController::pauseMode, m_window.get(), record);
         connect(m_controller, &ConversionController::conversionMode, m_window.get(), record);
     }
 
     void cleanup()
     {
-        if (m_conversion->state() != QProcess::NotRunning) {
-            m_conversion->terminate();
-            m_conversion->waitForFinished(5000);
-        }
+        m_controller->terminateNow();
         m_window.reset();
         m_dir.reset();
     }
@@ -103,12 +93,12 @@ private Q_SLOTS:
         startRun(QStringLiteral("ticks 2000 20 tick"));
         QTRY_COMPARE(label(), QStringLiteral("Running"));
         QTRY_VERIFY(log().contains(QStringLiteral("tick 3")));
-        const qint64 pid = m_conversion->processId();
+        const qint64 pid = m_conversion->process()->processId();
 
         // Run again: pauses this run, never starts a second one.
         startRun(QStringLiteral("ticks 2000 20 second"));
         QCOMPARE(label(), QStringLiteral("Pause"));
-        QCOMPARE(m_conversion->processId(), pid);
+        QCOMPARE(m_conversion->process()->processId(), pid);
         QTest::qWait(100);
         const int pausedSize = m_conversion->output().size();
         QTest::qWait(400);
@@ -269,6 +259,128 @@ private Q_SLOTS:
         QTRY_COMPARE(open.count(), 1);
         QCOMPARE(open.at(0).at(0).toString(), first);
         QCOMPARE(open.at(0).at(1).toInt(), 3);
+    }
+
+    void pauseReachesOnlyItsOwnEngine()
+    {
+        QWidget otherWindow;
+        auto *other = new ConversionController(&otherWindow);
+        other->conversion()->setEngineProgram(QStringLiteral(TEST_ENGINE_PATH));
+        startRun(QStringLiteral("ticks 3000 10 mine"));
+        startRunOn(other, QStringLiteral("ticks 3000 10 other"));
+        QTRY_VERIFY(log().contains(QStringLiteral("mine 3")));
+        QTRY_VERIFY(other->conversion()->output().contains("other 3"));
+
+        startRun(QString()); // pauses this window's run
+        QCOMPARE(label(), QStringLiteral("Pause"));
+        QTest::qWait(100);
+        const int mine = m_conversion->output().size();
+        const int theirs = other->conversion()->output().size();
+        QTRY_VERIFY(other->conversion()->output().size() > theirs + 100);
+        QCOMPARE(m_conversion->output().size(), mine);
+
+        // Stop there does not stop here, and the other way round.
+        other->StopConversion();
+        QTRY_COMPARE(other->conversion()->state(), QProcess::NotRunning);
+        QCOMPARE(m_conversion->state(), QProcess::Running);
+        startRun(QString()); // resumes
+        QTRY_VERIFY(m_conversion->output().size() > mine);
+        m_controller->StopConversion();
+        QTRY_COMPARE(m_conversion->state(), QProcess::NotRunning);
+        QCOMPARE(m_questions, 0);
+    }
+
+    void earlyFailuresShowTheLog_data()
+    {
+        QTest::addColumn<QString>("failure");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("nothing selected") << "selection" << "Incorrect source file or destination path";
+        QTest::newRow("engine missing") << "engine" << "does not exist; nothing was converted";
+        QTest::newRow("output folder missing") << "output" << "does not exist; nothing was converted";
+        QTest::newRow("INI of the options missing") << "ini" << "given in the migration options does not exist";
+    }
+    void earlyFailuresShowTheLog()
+    {
+        QFETCH(QString, failure);
+        QFETCH(QString, message);
+        m_window->show();
+        QTabWidget *tabs = m_window->form()->tabWidget;
+        tabs->setVisible(false);
+        QMap<QString, QString> options;
+        QStringList files{m_dir->createFile(QStringLiteral("in/a.sql"), "select 1;")};
+        QString output = m_dir->createDir(QStringLiteral("out"));
+        if (failure == QLatin1String("selection"))
+            files.clear();
+        else if (failure == QLatin1String("engine"))
+            m_conversion->setEngineProgram(m_dir->filePath(QStringLiteral("no-engine")));
+        else if (failure == QLatin1String("output"))
+            output = m_dir->filePath(QStringLiteral("gone"));
+        else
+            options.insert(QStringLiteral("/INI="), m_dir->filePath(QStringLiteral("none.ini")));
+        QSignalSpy finished(m_controller, &ConversionController::runFinished);
+        m_controller->runOrPause(options, QStringLiteral("System"), QStringLiteral("System"), files,
+                                 output);
+        QCOMPARE(finished.count(), 1);
+        QVERIFY(tabs->isVisible());
+        QCOMPARE(tabs->currentIndex(), 1);
+        m_window->conversionLogView()->flush();
+        const QString shown = m_window->form()->textEditLogView->toPlainText();
+        QVERIFY2(shown.contains(message), qPrintable(shown));
+        QVERIFY2(!shown.contains(QStringLiteral("own defaults")), qPrintable(shown));
+    }
+
+    void pauseAsksNoSaveQuestion()
+    {
+        const QString script = m_dir->createFile(QStringLiteral("in/edited.sql"), "select 1;\n");
+        Panel *left = m_window->panelManager()->leftPanel();
+        left->openEditFile(script);
+        QVERIFY(left->editor());
+        startRun(QStringLiteral("ticks 3000 10 tick"));
+        QTRY_COMPARE(label(), QStringLiteral("Running"));
+        QTest::keyClicks(left->editor()->editorWidget(), "-- edited");
+        QVERIFY(left->editor()->isModified());
+        int asked = 0;
+        QTimer watcher;
+        connect(&watcher, &QTimer::timeout, this, [&asked] {
+            if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                ++asked;
+                dialog->reject();
+            }
+        });
+        watcher.start(10);
+        m_window->startConversionEx();
+        QCOMPARE(label(), QStringLiteral("Pause"));
+        m_window->startConversionEx();
+        QCOMPARE(label(), QStringLiteral("Running"));
+        QTest::qWait(50);
+        QCOMPARE(asked, 0);
+        QVERIFY(left->editor()->isModified());
+    }
+
+    void closeDuringRunAsks()
+    {
+        m_window->show();
+        startRun(QStringLiteral("ticks 3000 10 tick"));
+        QTRY_COMPARE(label(), QStringLiteral("Running"));
+        QString question;
+        const auto answer = [&question](const QString &button) {
+            onModal([&question, button](QWidget *widget) {
+                auto *box = qobject_cast<QMessageBox *>(widget);
+                question = box->text();
+                for (QAbstractButton *each : box->buttons()) {
+                    if (each->text() == button)
+                        each->click();
+                }
+            });
+        };
+        answer(QStringLiteral("Keep the Window"));
+        QVERIFY(!m_window->close());
+        QCOMPARE(question, QStringLiteral("Still running: the conversion. Stop and close the window?"));
+        QCOMPARE(m_conversion->state(), QProcess::Running);
+
+        answer(QStringLiteral("Stop and Close"));
+        QVERIFY(m_window->close());
+        QCOMPARE(m_conversion->state(), QProcess::NotRunning);
     }
 };
 

@@ -1,3 +1,6 @@
+#include "conversion.h"
+#include "conversioncontroller.h"
+#include "conversionoptionsdialog.h"
 #include "edit.h"
 #include "filesystemview.h"
 #include "mainwindow.h"
@@ -11,6 +14,7 @@
 #include "workingfolder.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QDialog>
 #include <QMenu>
 #include <QMessageBox>
@@ -109,25 +113,61 @@ private Q_SLOTS:
         QVERIFY(!again.engineOptions().contains("/P"));
     }
 
-    void engineOptionPieces()
+    void clearedOptionsStayCleared()
     {
-        QDir(WorkingFolder::path()).removeRecursively();
-        MainWindow window(nullptr, qApp, QString());
-        auto &options = window.engineOptions();
-        options.insert(QStringLiteral("/PRJF="), QStringLiteral("/my dir/p.prj"));
-        options.insert(QStringLiteral("/U"), QStringLiteral("scott"));
-        options.insert(QStringLiteral(" "), QStringLiteral("/SRCENC=UTF-8 /Q"));
-        QStringList pieces = window.engineOptionPieces();
-        QCOMPARE(pieces, QStringList({" /SRCENC=UTF-8 /Q", " /PRJF=\"/my dir/p.prj\"", " /Uscott"}));
+        const QMap<QString, QString> all{{"/D", "dsn"}, {"/U", "scott"}, {"/PRJF=", "/p/x.prj"},
+                                         {"/INI=", "/p/m.ini"}, {" ", "/X=1"}, {"/P", "pw"}};
+        {
+            MainWindow window(nullptr, qApp, QString());
+            window.engineOptions() = all;
+        }
+        {
+            MainWindow window(nullptr, qApp, QString());
+            QMap<QString, QString> expected = all;
+            expected.remove(QStringLiteral("/P"));
+            QCOMPARE(window.engineOptions(), expected);
+            // The dialogs drop an emptied option from the map.
+            for (const char *key : {"/D", "/U", "/PRJF=", "/INI=", " "})
+                window.engineOptions().remove(QString::fromLatin1(key));
+        }
+        MainWindow again(nullptr, qApp, QString());
+        QVERIFY2(again.engineOptions().isEmpty(), qPrintable(again.engineOptions().keys().join(',')));
+    }
 
-        // Without an INI switch, the INI in the working folder is passed once it exists.
-        QDir().mkpath(WorkingFolder::path());
-        QFile ini(WorkingFolder::iniPath());
-        QVERIFY(ini.open(QIODevice::WriteOnly));
-        ini.close();
-        pieces = window.engineOptionPieces();
-        QCOMPARE(pieces.last(), QStringLiteral(" /INI=\"%1\"").arg(WorkingFolder::iniPath()));
-        QDir(WorkingFolder::path()).removeRecursively();
+    void sideOptionsSurviveRestart()
+    {
+        const auto choose = [](const QString &database, const QString &api) {
+            onModal([database, api](QWidget *widget) {
+                auto *dialog = qobject_cast<ConversionOptionsDialog *>(widget);
+                dialog->databaseCombo()->setCurrentText(database);
+                dialog->apiCombo()->setCurrentText(api);
+                dialog->accept();
+            });
+        };
+        {
+            MainWindow window(nullptr, qApp, QString());
+            choose(QStringLiteral("Oracle"), QStringLiteral("Sybase CTLIB"));
+            window.panelManager()->showLeftDialogOption();
+            choose(QStringLiteral("PostgreSQL"), QString());
+            window.panelManager()->showRightDialogOption();
+            QCOMPARE(window.conversionController()->conversion()->parameters().value("/Source_API="),
+                     QStringLiteral("\"SYBASE CTLIB\""));
+        }
+        MainWindow window(nullptr, qApp, QString());
+        const QMap<QString, QString> &parameters = window.conversionController()->conversion()->parameters();
+        QCOMPARE(parameters.value("/Source_DB="), QStringLiteral("Oracle"));
+        QCOMPARE(parameters.value("/Source_API="), QStringLiteral("\"SYBASE CTLIB\""));
+        QCOMPARE(parameters.value("/Target_DB="), QStringLiteral("PostgreSQL"));
+        QVERIFY(!parameters.contains("/Target_API="));
+        // Each side's dialog opens on its own choice.
+        QString shown;
+        onModal([&shown](QWidget *widget) {
+            auto *dialog = qobject_cast<ConversionOptionsDialog *>(widget);
+            shown = dialog->databaseCombo()->currentText() + '|' + dialog->apiCombo()->currentText();
+            dialog->reject();
+        });
+        window.panelManager()->showRightDialogOption();
+        QCOMPARE(shown, QStringLiteral("PostgreSQL|"));
     }
 
     void processState_data()

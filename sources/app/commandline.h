@@ -1,14 +1,12 @@
 #pragma once
 
-#include "command.h"
-
 #include <QProcess>
 
-/** Starts an external command processor. Registered, but nothing runs it yet. */
-class CommandLine : public QProcess, public Command
+/** Starts an external command processor. The main window owns one; nothing runs it yet. */
+class CommandLine : public QProcess
 {
     Q_OBJECT
 public:
     explicit CommandLine(QObject *parent);
-    void execute() override;
+    void execute();
 };

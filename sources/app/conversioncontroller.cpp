@@ -1,9 +1,7 @@
 #include "conversioncontroller.h"
 
 #include "conversion.h"
-#include "enginesuspender.h"
 #include "filemaskdialog.h"
-#include "navarch.h"
 #include "recentfolderstorage.h"
 #include "workingfolder.h"
 
@@ -15,22 +13,22 @@
 ConversionController::ConversionController(QWidget *window)
     : QObject(window)
     , m_window(window)
+    , m_conversion(new Conversion(this))
 {
-    Conversion *engine = conversion();
-    connect(engine, &Conversion::showTerminateDialog, this, &ConversionController::askTerminate);
-    connect(engine, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            &ConversionController::finished);
-    connect(engine, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart) {
-            m_paused = false;
-            Q_EMIT runFinished();
-        }
-    });
+    connect(m_conversion, &Conversion::showTerminateDialog, this,
+            &ConversionController::askTerminate);
+    connect(m_conversion->process(), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
+            this, &ConversionController::finished);
+    connect(m_conversion->process(), &QProcess::errorOccurred, this,
+            [this](QProcess::ProcessError error) {
+                if (error == QProcess::FailedToStart)
+                    startFailed();
+            });
 }
 
-Conversion *ConversionController::conversion() const
+bool ConversionController::isRunning() const
 {
-    return dynamic_cast<Conversion *>(Navarch::instance().getCommand(CONVERSION));
+    return m_conversion->isRunning();
 }
 
 QStringList ConversionController::applyMask(const QStringList &paths, const QString &mask)
@@ -61,13 +59,13 @@ QString ConversionController::formatDuration(qint64 milliseconds)
     return QStringLiteral("%1 min %2 s").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
 }
 
-void ConversionController::runOrPause(const QStringList &optionPieces,
+void ConversionController::runOrPause(const QMap<QString, QString> &options,
                                       const QString &sourceEncoding,
                                       const QString &targetEncoding, const QStringList &files,
                                       const QString &outputFolder)
 {
-    Conversion *engine = conversion();
-    if (engine->state() != QProcess::NotRunning) {
+    Conversion *engine = m_conversion;
+    if (engine->isRunning()) {
         // Run pressed during a run pauses or resumes it; never a second run.
         if (m_paused)
             resume();
@@ -95,17 +93,16 @@ void ConversionController::runOrPause(const QStringList &optionPieces,
         selection = applyMask(selection, mask);
     }
 
-    // Some codec names hold a blank ("IBM 850"): quoted, they stay one switch.
-    const auto encodingSwitch = [](const char *name, const QString &encoding) {
-        return QStringLiteral(" %1%2").arg(QLatin1String(name),
-                                           encoding.contains(QLatin1Char(' '))
-                                               ? QLatin1Char('"') + encoding + QLatin1Char('"')
-                                               : encoding);
-    };
-    QString extra = optionPieces.join(QString());
-    extra += encodingSwitch("/SRCENC=", sourceEncoding);
-    extra += encodingSwitch("/TRGENC=", targetEncoding);
-    engine->setExtraOptions(extra);
+    const QString userIni = options.value(QStringLiteral("/INI="));
+    QString defaultIni;
+    if (userIni.isEmpty()) {
+        WorkingFolder::ensureIni();
+        if (WorkingFolder::iniExists())
+            defaultIni = WorkingFolder::iniPath();
+    }
+    engine->setEngineOptions(options);
+    engine->setDefaultIni(defaultIni);
+    engine->setEncodings(sourceEncoding, targetEncoding);
     engine->setFile(selection);
     engine->setOutputDir(outputFolder);
     if (!outputFolder.isEmpty())
@@ -115,47 +112,59 @@ void ConversionController::runOrPause(const QStringList &optionPieces,
     m_stopRequested = false;
     m_terminated = false;
     m_clock.start();
-    const bool started = engine->start();
-    const bool hasIni = std::any_of(optionPieces.cbegin(), optionPieces.cend(), [](const QString &piece) {
-        return piece.trimmed().startsWith(QLatin1String("/INI="));
-    });
-    if (!hasIni)
+    if (!userIni.isEmpty() && !QFileInfo(userIni).isFile()) {
+        engine->outputParser().clear();
+        engine->appendLog(QStringLiteral("The engine settings file '%1' given in the migration "
+                                         "options does not exist; nothing was converted.")
+                              .arg(QDir::toNativeSeparators(userIni)));
+        startFailed();
+        return;
+    }
+    if (!engine->start()) {
+        startFailed();
+        return;
+    }
+    if (userIni.isEmpty() && defaultIni.isEmpty())
         engine->appendLog(QStringLiteral("The engine settings file '%1' was not found; the engine "
                                          "runs with its own defaults.")
-                              .arg(WorkingFolder::iniPath()));
-    if (started && engine->state() != QProcess::NotRunning)
-        Q_EMIT pauseMode(false);
-    else
-        Q_EMIT runFinished();
+                              .arg(QDir::toNativeSeparators(WorkingFolder::iniPath())));
+    Q_EMIT pauseMode(false);
 }
 
-QByteArray ConversionController::engineExecutableName() const
+void ConversionController::startFailed()
 {
-#ifdef Q_OS_WIN
-    return QByteArrayLiteral("Morvane.exe");
-#else
-    return QFileInfo(conversion()->startedProgram()).fileName().toLocal8Bit();
-#endif
+    m_paused = false;
+    Q_EMIT logRequested();
+    Q_EMIT runFinished();
+}
+
+void ConversionController::terminateNow()
+{
+    if (!m_conversion->isRunning())
+        return;
+    m_terminated = true;
+    m_conversion->terminate();
+    m_conversion->process()->waitForFinished(3000);
 }
 
 void ConversionController::pause()
 {
-    EngineSuspender::forEachEngineProcess(engineExecutableName().constData(), true);
+    m_conversion->suspend(true);
     m_paused = true;
     Q_EMIT conversionMode();
 }
 
 void ConversionController::resume()
 {
-    EngineSuspender::forEachEngineProcess(engineExecutableName().constData(), false);
+    m_conversion->suspend(false);
     m_paused = false;
     Q_EMIT pauseMode(true);
 }
 
 void ConversionController::StopConversion()
 {
-    Conversion *engine = conversion();
-    if (engine->state() == QProcess::NotRunning)
+    Conversion *engine = m_conversion;
+    if (!engine->isRunning())
         return;
     // A suspended engine cannot see the request.
     if (m_paused)
@@ -176,8 +185,8 @@ void ConversionController::askTerminate()
         box.setDefaultButton(QMessageBox::No);
         terminate = box.exec() == QMessageBox::Yes;
     }
-    Conversion *engine = conversion();
-    if (!terminate || engine->state() == QProcess::NotRunning)
+    Conversion *engine = m_conversion;
+    if (!terminate || !engine->isRunning())
         return;
     if (m_paused)
         resume();
@@ -187,7 +196,7 @@ void ConversionController::askTerminate()
 
 void ConversionController::finished(int exitCode, QProcess::ExitStatus exitStatus)
 {
-    Conversion *engine = conversion();
+    Conversion *engine = m_conversion;
     // Whatever the engine printed last belongs before the summary.
     engine->readStandardOutput();
     m_paused = false;
@@ -200,7 +209,7 @@ void ConversionController::finished(int exitCode, QProcess::ExitStatus exitStatu
                       .arg(duration, errors);
     } else if (exitStatus == QProcess::CrashExit) {
         summary = QStringLiteral("The conversion engine '%1' crashed (%2) after %3; %4.")
-                      .arg(engine->startedProgram(), engine->errorString(), duration, errors);
+                      .arg(engine->startedProgram(), engine->process()->errorString(), duration, errors);
     } else if (m_stopRequested) {
         summary = QStringLiteral("Conversion stopped on request: exit code %1, duration %2, %3.")
                       .arg(exitCode)

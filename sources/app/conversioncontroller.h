@@ -21,15 +21,19 @@ class ConversionController : public QObject
 public:
     explicit ConversionController(QWidget *window);
 
-    Conversion *conversion() const;
+    /** The conversion command of this window, owned here. */
+    Conversion *conversion() const { return m_conversion; }
+    bool isRunning() const;
 
     /**
-     * Run pressed: starts a run with these engine switches, encodings, files and
-     * output folder when none is in progress, else pauses or resumes it.
+     * Run pressed: starts a run with this engine option map, encodings, files
+     * and output folder when none is in progress, else pauses or resumes it.
      */
-    void runOrPause(const QStringList &optionPieces, const QString &sourceEncoding,
+    void runOrPause(const QMap<QString, QString> &options, const QString &sourceEncoding,
                     const QString &targetEncoding, const QStringList &files,
                     const QString &outputFolder);
+    /** Ends a run by force at once, and waits a little for the engine to go. */
+    void terminateNow();
 
     bool isPaused() const { return m_paused; }
 
@@ -52,6 +56,8 @@ Q_SIGNALS:
     void changeConversionIndexes(int sourceIndex, int targetIndex);
     /** The run has ended and its summary is in the log. */
     void runFinished();
+    /** Something the user must read is in the log: a run that could not start. */
+    void logRequested();
 
 public Q_SLOTS:
     void StopConversion();
@@ -61,9 +67,10 @@ private:
     void resume();
     void askTerminate();
     void finished(int exitCode, QProcess::ExitStatus exitStatus);
-    QByteArray engineExecutableName() const;
+    void startFailed();
 
     QWidget *m_window;
+    Conversion *m_conversion;
     bool m_paused = false;
     bool m_stopRequested = false;
     bool m_terminated = false;

@@ -1,9 +1,11 @@
 #include "mainwindow.h"
 
+#include "commandline.h"
 #include "connectionoptionsdialog.h"
 #include "conversion.h"
 #include "conversioncontroller.h"
 #include "conversionlogview.h"
+#include "conversionoptionsdialog.h"
 #include "edit.h"
 #include "encodingoptionsdialog.h"
 #include "filediff.h"
@@ -28,6 +30,7 @@
 #include <QFile>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTextCursor>
 
 namespace {
@@ -45,12 +48,6 @@ const QStringList &engineOptionKeys()
     return keys;
 }
 
-bool isPathSwitch(const QString &key)
-{
-    return key == QLatin1String("/PRJF=") || key == QLatin1String("/INI=")
-        || key == QLatin1String("/TBLDDL=");
-}
-
 } // namespace
 
 MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString &)
@@ -63,7 +60,9 @@ MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString
     m_ui->labelProcessState->setText(QStringLiteral("Not Running"));
     m_ui->tabWidget->setVisible(false);
 
-    m_panelManager = new PanelManager(m_ui.get(), this);
+    m_controller = new ConversionController(this);
+    m_commandLine = new CommandLine(this);
+    m_panelManager = new PanelManager(m_ui.get(), this, m_controller->conversion());
     createActions();
 
     connect(this, &MainWindow::showFindLogRequested, this, &MainWindow::showFindLog);
@@ -162,7 +161,6 @@ void MainWindow::createActions()
 
 void MainWindow::setupConversion()
 {
-    m_controller = new ConversionController(this);
     connect(m_stopAction, &QAction::triggered, m_controller, &ConversionController::StopConversion);
     connect(m_controller, &ConversionController::pauseMode, this, &MainWindow::pauseMode);
     connect(m_controller, &ConversionController::conversionMode, this, &MainWindow::conversionMode);
@@ -171,7 +169,13 @@ void MainWindow::setupConversion()
     Conversion *conversion = m_controller->conversion();
     connect(conversion, &Conversion::standardOutputChanged, this,
             &MainWindow::printStandartOutput);
-    connect(conversion, &QProcess::stateChanged, this, &MainWindow::changeProcessState);
+    connect(conversion->process(), &QProcess::stateChanged, this, &MainWindow::changeProcessState);
+    connect(m_controller, &ConversionController::logRequested, this, &MainWindow::ShowConversionLog);
+    // The engine gets the database options the dialogs show.
+    const auto source = ConversionOptionsDialog::storedKeys(conversion->nameMap(), QStringLiteral("Source"));
+    conversion->setSourceConversionOption(source.first, source.second);
+    const auto target = ConversionOptionsDialog::storedKeys(conversion->nameMap(), QStringLiteral("Target"));
+    conversion->setTargetConversionOption(target.first, target.second);
     m_logView = new ConversionLogView(m_ui->textEditLogView, conversion, this);
     connect(m_logView, &ConversionLogView::openFileAtLine, this, &MainWindow::openLogLink);
 }
@@ -291,15 +295,15 @@ void MainWindow::writeSettings()
     settings.beginGroup(QStringLiteral("Main Window"));
     settings.setValue(QStringLiteral("size"), size());
     settings.setValue(QStringLiteral("pos"), pos());
-    for (auto it = m_engineOptions.cbegin(); it != m_engineOptions.cend(); ++it) {
-        // The password lives in memory for the session only.
-        if (it.key() == QLatin1String("/P"))
-            continue;
-        settings.setValue(it.key(), it.value());
+    // Every key is written: an option the user cleared must not come back
+    // from the store. The password lives in memory for the session only.
+    for (const QString &key : engineOptionKeys()) {
+        const QString value = m_engineOptions.value(key);
+        if (key == QLatin1String("/P") || value.isEmpty())
+            settings.remove(key);
+        else
+            settings.setValue(key, value);
     }
-    settings.remove(QStringLiteral("/P"));
-    if (m_engineOptions.value(QStringLiteral("/TBLDDL=")).isEmpty())
-        settings.remove(QStringLiteral("/TBLDDL="));
 
     m_panelManager->writeSettings(settings);
     RecentFolderStorage::instance().writeSettings(settings);
@@ -314,28 +318,6 @@ void MainWindow::writeSettings()
 
     settings.setValue(QStringLiteral("/SRCENC="), m_sourceEncoding);
     settings.setValue(QStringLiteral("/TRGENC="), m_targetEncoding);
-}
-
-QStringList MainWindow::engineOptionPieces() const
-{
-    QStringList pieces;
-    for (auto it = m_engineOptions.cbegin(); it != m_engineOptions.cend(); ++it) {
-        if (it.key() == QLatin1String(" ")) {
-            if (!it.value().isEmpty())
-                pieces << QLatin1Char(' ') + it.value();
-        } else if (isPathSwitch(it.key())) {
-            if (!it.value().isEmpty())
-                pieces << QStringLiteral(" %1\"%2\"").arg(it.key(), it.value());
-        } else {
-            pieces << QLatin1Char(' ') + it.key() + it.value();
-        }
-    }
-    if (!m_engineOptions.contains(QStringLiteral("/INI="))) {
-        WorkingFolder::ensureIni();
-        if (WorkingFolder::iniExists())
-            pieces << QStringLiteral(" /INI=\"%1\"").arg(WorkingFolder::iniPath());
-    }
-    return pieces;
 }
 
 void MainWindow::turnWaitingMode(Qt::CursorShape cursor)
@@ -391,16 +373,16 @@ void MainWindow::changeProcessState(QProcess::ProcessState processState)
 
 void MainWindow::startConversionEx()
 {
-    if (!confirmDocumentsSaved())
+    // Run during a run pauses or resumes it: nothing is saved for that.
+    if (!m_controller->isRunning() && !confirmDocumentsSaved())
         return;
     Panel *left = m_panelManager->leftPanel();
     Conversion *conversion = m_controller->conversion();
-    conversion->setPassword(m_engineOptions.value(QStringLiteral("/P")));
     if (!m_ui->sourceCombo->currentText().isEmpty())
         conversion->setSourceConversion(m_ui->sourceCombo->currentText());
     if (!m_ui->targetCombo->currentText().isEmpty())
         conversion->setTargetConversion(m_ui->targetCombo->currentText());
-    m_controller->runOrPause(engineOptionPieces(), m_sourceEncoding, m_targetEncoding,
+    m_controller->runOrPause(m_engineOptions, m_sourceEncoding, m_targetEncoding,
                              left->selectedPaths(), m_panelManager->rightPanel()->currentPath());
 }
 
@@ -574,11 +556,39 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (!confirmCloseWhileBusy()) {
+        event->ignore();
+        return;
+    }
     Panel *left = m_panelManager->leftPanel();
     Panel *right = m_panelManager->rightPanel();
     if (left && right && (!left->closeEdit() || !right->closeEdit())) {
         event->ignore();
         return;
     }
+    // Nothing of this window may outlive it.
+    m_controller->terminateNow();
+    stopThread();
     event->accept();
+}
+
+bool MainWindow::confirmCloseWhileBusy()
+{
+    QStringList busy;
+    if (m_controller->isRunning())
+        busy << tr("the conversion");
+    if (m_findScript && m_findScript->isSearching())
+        busy << tr("the search");
+    if (m_panelManager->runningCopy())
+        busy << tr("the copy");
+    if (busy.isEmpty())
+        return true;
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Morvane Navarch"),
+                    tr("Still running: %1. Stop and close the window?").arg(busy.join(tr(" and "))),
+                    QMessageBox::NoButton, this);
+    QPushButton *stop = box.addButton(tr("Stop and Close"), QMessageBox::AcceptRole);
+    box.addButton(tr("Keep the Window"), QMessageBox::RejectRole);
+    box.setDefaultButton(stop);
+    box.exec();
+    return box.clickedButton() == stop;
 }

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <memory>
 
+class CommandLine;
 class ConversionController;
 class FileDiff;
 class FontActions;
@@ -33,6 +34,7 @@ public:
     Ui::MainWindow *form() const { return m_ui.get(); }
     PanelManager *panelManager() const { return m_panelManager; }
     ConversionController *conversionController() const { return m_controller; }
+    CommandLine *commandLine() const { return m_commandLine; }
     FileDiff *fileDiff() const { return m_fileDiff; }
     FontActions *fontActions() const { return m_fontActions; }
     FindScript *findScript() const { return m_findScript; }
@@ -43,8 +45,6 @@ public:
     QMap<QString, QString> &engineOptions() { return m_engineOptions; }
     QString sourceEncoding() const { return m_sourceEncoding; }
     QString targetEncoding() const { return m_targetEncoding; }
-    /** The engine switches as command-line pieces, each preceded by a blank. */
-    QStringList engineOptionPieces() const;
 
     QAction *runAction() const { return m_runAction; }
     QAction *stopAction() const { return m_stopAction; }
@@ -100,6 +100,8 @@ private:
     void setupEditorAndComparison();
     /** Offers to save each panel's modified document; false when the user cancels. */
     bool confirmDocumentsSaved();
+    /** Asks before closing while a conversion, search or copy runs; false keeps the window. */
+    bool confirmCloseWhileBusy();
     void setupSearch();
     void readSettings();
     void writeSettings();
@@ -108,6 +110,7 @@ private:
     std::unique_ptr<Ui::MainWindow> m_ui;
     PanelManager *m_panelManager = nullptr;
     ConversionController *m_controller = nullptr;
+    CommandLine *m_commandLine = nullptr;
     FileDiff *m_fileDiff = nullptr;
     FontActions *m_fontActions = nullptr;
     ConversionLogView *m_logView = nullptr;

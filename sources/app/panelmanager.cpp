@@ -8,7 +8,6 @@
 #include "drivepath.h"
 #include "filesystemview.h"
 #include "makedirdialog.h"
-#include "navarch.h"
 #include "panel.h"
 #include "recentfolderstorage.h"
 #include "ui_mainwindow.h"
@@ -21,8 +20,9 @@
 #include <QScrollBar>
 #include <QSettings>
 
-PanelManager::PanelManager(Ui::MainWindow *ui, QMainWindow *window)
+PanelManager::PanelManager(Ui::MainWindow *ui, QMainWindow *window, Conversion *conversion)
     : QObject(window)
+    , m_conversion(conversion)
     , m_ui(ui)
     , m_window(window)
 {
@@ -79,7 +79,7 @@ PanelManager::PanelManager(Ui::MainWindow *ui, QMainWindow *window)
             &PanelManager::triggeredSyncBrowserMode);
     connect(ui->syncViewAction, &QAction::triggered, this, &PanelManager::triggeredSyncViewMode);
 
-    if (Conversion *engine = conversion())
+    if (Conversion *engine = m_conversion)
         m_directionList = engine->directionList();
     for (QComboBox *combo : {ui->sourceCombo, ui->targetCombo}) {
         combo->clear();
@@ -95,11 +95,6 @@ PanelManager::PanelManager(Ui::MainWindow *ui, QMainWindow *window)
 PanelManager::~PanelManager()
 {
     cancelCopy();
-}
-
-Conversion *PanelManager::conversion() const
-{
-    return dynamic_cast<Conversion *>(Navarch::instance().getCommand(CONVERSION));
 }
 
 void PanelManager::wirePanel(Panel *panel, QComboBox *driveCombo)
@@ -278,7 +273,8 @@ void PanelManager::showRightPanel(bool show)
 
 void PanelManager::showLeftDialogOption()
 {
-    ConversionOptionsDialog dialog(QStringLiteral("Source details"), m_window);
+    ConversionOptionsDialog dialog(QStringLiteral("Source details"), m_conversion->nameMap(),
+                                   QStringLiteral("Source"), m_window);
     connect(&dialog, &ConversionOptionsDialog::ChangeOption, this,
             &PanelManager::SetSourceConversionOption);
     dialog.exec();
@@ -286,7 +282,8 @@ void PanelManager::showLeftDialogOption()
 
 void PanelManager::showRightDialogOption()
 {
-    ConversionOptionsDialog dialog(QStringLiteral("Target details"), m_window);
+    ConversionOptionsDialog dialog(QStringLiteral("Target details"), m_conversion->nameMap(),
+                                   QStringLiteral("Target"), m_window);
     connect(&dialog, &ConversionOptionsDialog::ChangeOption, this,
             &PanelManager::SetTargetConversionOption);
     dialog.exec();

@@ -26,7 +26,8 @@ class PanelManager : public QObject
 {
     Q_OBJECT
 public:
-    PanelManager(Ui::MainWindow *ui, QMainWindow *window);
+    /** @p conversion receives the direction, its options and the output folder. */
+    PanelManager(Ui::MainWindow *ui, QMainWindow *window, Conversion *conversion);
     ~PanelManager() override;
 
     Panel *leftPanel() const { return m_left; }
@@ -103,8 +104,9 @@ private:
     void syncDriveCombo(Panel *panel, QComboBox *combo);
     void activePanelChanged();
     void updateViewButton();
-    Conversion *conversion() const;
+    Conversion *conversion() const { return m_conversion; }
 
+    Conversion *m_conversion;
     Ui::MainWindow *m_ui;
     QMainWindow *m_window;
     Panel *m_left = nullptr;

@@ -1,9 +1,7 @@
 #include "conversionoptionsdialog.h"
 
-#include "conversion.h"
 #include "databaseapilistreader.h"
 #include "databaselistreader.h"
-#include "navarch.h"
 #include "settings.h"
 
 #include <QComboBox>
@@ -13,19 +11,26 @@
 
 namespace {
 
-QString keyOf(const QComboBox *combo)
+const QString Group = QStringLiteral("ConversionOptionsDialog");
+
+QString storedDatabaseKey(const QString &side)
 {
-    const QString name = combo->currentText();
-    if (name.isEmpty())
-        return name;
-    auto *conversion = dynamic_cast<Conversion *>(Navarch::instance().getCommand(CONVERSION));
-    return conversion ? conversion->nameMap().value(name, name) : name;
+    return side + QStringLiteral("Database");
+}
+
+QString storedApiKey(const QString &side)
+{
+    return side + QStringLiteral("DatabaseAPI");
 }
 
 } // namespace
 
-ConversionOptionsDialog::ConversionOptionsDialog(const QString &title, QWidget *parent)
+ConversionOptionsDialog::ConversionOptionsDialog(const QString &title,
+                                                 const QMap<QString, QString> &nameMap,
+                                                 const QString &side, QWidget *parent)
     : QDialog(parent)
+    , m_nameMap(nameMap)
+    , m_side(side)
     , m_database(new QComboBox(this))
     , m_api(new QComboBox(this))
 {
@@ -41,11 +46,10 @@ ConversionOptionsDialog::ConversionOptionsDialog(const QString &title, QWidget *
     m_api->addItem(QString());
     m_api->addItems(apis);
 
-    Settings settings;
-    settings.beginGroup(QStringLiteral("ConversionOptionsDialog"));
-    m_database->setCurrentIndex(settings.value(QStringLiteral("Database"), 0).toInt());
-    m_api->setCurrentIndex(settings.value(QStringLiteral("DatabaseAPI"), 0).toInt());
-    settings.endGroup();
+    // Chosen by name: a list that changes between versions keeps the choice.
+    const QPair<QString, QString> stored = storedChoice(side);
+    m_database->setCurrentIndex(qMax(0, m_database->findText(stored.first, Qt::MatchExactly)));
+    m_api->setCurrentIndex(qMax(0, m_api->findText(stored.second, Qt::MatchExactly)));
 
     auto *form = new QFormLayout;
     form->addRow(QStringLiteral("Database:"), m_database);
@@ -56,6 +60,29 @@ ConversionOptionsDialog::ConversionOptionsDialog(const QString &title, QWidget *
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);
+}
+
+QString ConversionOptionsDialog::keyOf(const QComboBox *combo) const
+{
+    const QString name = combo->currentText();
+    return name.isEmpty() ? name : m_nameMap.value(name, name);
+}
+
+QPair<QString, QString> ConversionOptionsDialog::storedChoice(const QString &side)
+{
+    Settings settings;
+    settings.beginGroup(Group);
+    return {settings.value(storedDatabaseKey(side)).toString(), settings.value(storedApiKey(side)).toString()};
+}
+
+QPair<QString, QString> ConversionOptionsDialog::storedKeys(const QMap<QString, QString> &nameMap,
+                                                            const QString &side)
+{
+    const QPair<QString, QString> names = storedChoice(side);
+    const auto key = [&nameMap](const QString &name) {
+        return name.isEmpty() ? name : nameMap.value(name, name);
+    };
+    return {key(names.first), key(names.second)};
 }
 
 QString ConversionOptionsDialog::databaseKey() const
@@ -71,9 +98,9 @@ QString ConversionOptionsDialog::apiKey() const
 void ConversionOptionsDialog::accept()
 {
     Settings settings;
-    settings.beginGroup(QStringLiteral("ConversionOptionsDialog"));
-    settings.setValue(QStringLiteral("Database"), qMax(0, m_database->currentIndex()));
-    settings.setValue(QStringLiteral("DatabaseAPI"), qMax(0, m_api->currentIndex()));
+    settings.beginGroup(Group);
+    settings.setValue(storedDatabaseKey(m_side), m_database->currentText());
+    settings.setValue(storedApiKey(m_side), m_api->currentText());
     settings.endGroup();
     Q_EMIT ChangeOption(databaseKey(), apiKey());
     QDialog::accept();

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QDialog>
+#include <QMap>
+#include <QPair>
 
 class QComboBox;
 
@@ -12,7 +14,12 @@ class ConversionOptionsDialog : public QDialog
 {
     Q_OBJECT
 public:
-    ConversionOptionsDialog(const QString &title, QWidget *parent = nullptr);
+    /**
+     * @p nameMap turns the chosen display names into engine keys; @p side
+     * ("Source" or "Target") picks the stored choice the dialog starts from.
+     */
+    ConversionOptionsDialog(const QString &title, const QMap<QString, QString> &nameMap,
+                            const QString &side, QWidget *parent = nullptr);
 
     QComboBox *databaseCombo() const { return m_database; }
     QComboBox *apiCombo() const { return m_api; }
@@ -22,11 +29,21 @@ public:
 
     void accept() override;
 
+    /** The display names last accepted for @p side ("Source" or "Target"). */
+    static QPair<QString, QString> storedChoice(const QString &side);
+    /** The same as engine keys: what the engine is given at start-up. */
+    static QPair<QString, QString> storedKeys(const QMap<QString, QString> &nameMap,
+                                              const QString &side);
+
 Q_SIGNALS:
     /** The choice was accepted: the engine keys of the database and the interface. */
     void ChangeOption(const QString &database, const QString &api);
 
 private:
+    QString keyOf(const QComboBox *combo) const;
+
+    QMap<QString, QString> m_nameMap;
+    QString m_side;
     QComboBox *m_database;
     QComboBox *m_api;
 };

@@ -5,58 +5,63 @@
 #ifdef Q_OS_WIN
 #include "enginesuspender_win.cpp"
 #else
-#include <QByteArray>
 #include <QDebug>
-#include <QDir>
-#include <QFile>
 
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace EngineSuspender {
 
-void suspendOrResume(unsigned long processId, bool suspend)
+namespace {
+
+bool signalGroup(long long processId, int signal, const char *name)
 {
-    if (::kill(static_cast<pid_t>(processId), suspend ? SIGSTOP : SIGCONT) != 0)
-        qWarning().noquote() << QStringLiteral("kill(%1, %2) failed: %3")
+    if (processId <= 0)
+        return false;
+    const auto pid = static_cast<pid_t>(processId);
+    if (::kill(-pid, signal) == 0)
+        return true;
+    // The group is gone (or was never made): the engine alone, if it is there.
+    const int groupError = errno;
+    if (::kill(pid, signal) == 0)
+        return true;
+    if (groupError != ESRCH || errno != ESRCH)
+        qWarning().noquote() << QStringLiteral("kill(-%1, %2) failed: %3")
                                     .arg(processId)
-                                    .arg(suspend ? "SIGSTOP" : "SIGCONT")
-                                    .arg(QString::fromLocal8Bit(std::strerror(errno)));
+                                    .arg(QLatin1String(name),
+                                         QString::fromLocal8Bit(std::strerror(groupError)));
+    return false;
 }
 
-int forEachEngineProcess(const char *executableName, bool suspend)
+} // namespace
+
+void suspendOrResume(unsigned long processId, bool suspend)
 {
-    // The kernel keeps at most 15 bytes of a process name.
-    const QByteArray wanted = QByteArray(executableName).left(15);
-    QDir proc(QStringLiteral("/proc"));
-    if (!proc.exists()) {
-        qWarning() << "Listing processes through /proc failed: /proc is not available";
-        return 0;
-    }
-    const uid_t me = ::getuid();
-    int count = 0;
-    const QStringList entries = proc.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString &entry : entries) {
-        bool isPid = false;
-        const unsigned long pid = entry.toULong(&isPid);
-        if (!isPid || pid == static_cast<unsigned long>(::getpid()))
-            continue;
-        const QByteArray dir = "/proc/" + entry.toLatin1();
-        struct stat info;
-        if (::stat(dir.constData(), &info) != 0 || info.st_uid != me)
-            continue;
-        QFile comm(QString::fromLatin1(dir + "/comm"));
-        if (!comm.open(QIODevice::ReadOnly))
-            continue;
-        if (comm.readAll().trimmed() != wanted)
-            continue;
-        suspendOrResume(pid, suspend);
-        ++count;
-    }
-    return count;
+    signalGroup(static_cast<long long>(processId), suspend ? SIGSTOP : SIGCONT,
+                suspend ? "SIGSTOP" : "SIGCONT");
+}
+
+bool suspendTree(long long processId, bool suspend)
+{
+    return signalGroup(processId, suspend ? SIGSTOP : SIGCONT, suspend ? "SIGSTOP" : "SIGCONT");
+}
+
+bool terminateTree(long long processId)
+{
+    return signalGroup(processId, SIGKILL, "SIGKILL");
+}
+
+void makeGroupLeader()
+{
+    ::setpgid(0, 0);
+}
+
+void adoptGroup(long long processId)
+{
+    // Fails harmlessly once the child has called exec.
+    ::setpgid(static_cast<pid_t>(processId), static_cast<pid_t>(processId));
 }
 
 } // namespace EngineSuspender

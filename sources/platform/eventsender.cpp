@@ -1,15 +1,15 @@
 #include "eventsender.h"
 
-#include <QByteArray>
 #include <QtGlobal>
 
 #ifdef Q_OS_WIN
 #include "eventsender_win.cpp"
 #else
 #include <cerrno>
-#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <semaphore.h>
+#include <unistd.h>
 
 namespace StopEventApi {
 
@@ -27,7 +27,7 @@ bool set(void *event, unsigned long *error)
 {
     auto *semaphore = static_cast<sem_t *>(event);
     // An event is either set or not: a second request while one is pending
-    // must not leave a stale one behind for the next run.
+    // must not leave a stale one behind.
     int value = 0;
     if (sem_getvalue(semaphore, &value) == 0 && value > 0)
         return true;
@@ -55,47 +55,92 @@ void close(void *event)
     sem_close(static_cast<sem_t *>(event));
 }
 
+void unlink(const char *name)
+{
+    sem_unlink(name);
+}
+
+void describe(unsigned long error, char *text, unsigned long size)
+{
+    std::strncpy(text, std::strerror(static_cast<int>(error)), size - 1);
+    text[size - 1] = '\0';
+}
+
 } // namespace StopEventApi
 #endif
 
-EventSender::EventSender()
+namespace {
+
+QString errorText(const char *call, unsigned long code)
 {
-    unsigned long error = 0;
-    m_Event = StopEventApi::create(name(), &error);
-    if (m_Event == nullptr)
-        qFatal("EventSender m_Event == 0%lu", error);
+    char text[256] = {0};
+    StopEventApi::describe(code, text, sizeof(text));
+    return QStringLiteral("%1 failed: %2 (%3)")
+        .arg(QLatin1String(call), QString::fromLocal8Bit(text).trimmed())
+        .arg(code);
 }
+
+} // namespace
 
 EventSender::~EventSender()
 {
-    if (m_Event)
-        StopEventApi::close(m_Event);
+    remove();
 }
 
-void EventSender::Send()
+bool EventSender::open(const QByteArray &name, QString *error)
 {
-    unsigned long error = 0;
-    if (!StopEventApi::set(m_Event, &error))
-        qFatal("EventSender::Send%lu", error);
+    remove();
+    unsigned long code = 0;
+    m_Event = StopEventApi::create(name.constData(), &code);
+    if (!m_Event) {
+        if (error)
+            *error = errorText("creating the stop event", code);
+        return false;
+    }
+    m_name = name;
+    return true;
+}
+
+void EventSender::remove()
+{
+    if (!m_Event)
+        return;
+    StopEventApi::close(m_Event);
+    StopEventApi::unlink(m_name.constData());
+    m_Event = nullptr;
+    m_name.clear();
+}
+
+bool EventSender::Send(QString *error)
+{
+    unsigned long code = 0;
+    if (m_Event && StopEventApi::set(m_Event, &code))
+        return true;
+    if (error)
+        *error = m_Event ? errorText("EventSender::Send", code)
+                         : QStringLiteral("there is no stop event for this run");
+    return false;
 }
 
 void EventSender::reset()
 {
-    StopEventApi::reset(m_Event);
+    if (m_Event)
+        StopEventApi::reset(m_Event);
 }
 
 bool EventSender::isSet() const
 {
-    return StopEventApi::isSet(m_Event);
+    return m_Event && StopEventApi::isSet(m_Event);
 }
 
-const char *EventSender::name()
+QByteArray EventSender::nameForRun(int run)
 {
-    static const QByteArray configured = qgetenv("MORVANE_STOP_EVENT");
 #ifdef Q_OS_WIN
-    static const char *const fallback = "MorvaneStopEvent";
+    // The engine on Windows watches the one event name it knows.
+    Q_UNUSED(run)
+    return QByteArrayLiteral("MorvaneStopEvent");
 #else
-    static const char *const fallback = "/MorvaneStopEvent";
+    return "/MorvaneStopEvent." + QByteArray::number(qulonglong(::getuid())) + '.'
+        + QByteArray::number(qlonglong(::getpid())) + '.' + QByteArray::number(run);
 #endif
-    return configured.isEmpty() ? fallback : configured.constData();
 }

@@ -1,6 +1,6 @@
 // Win32 stop event. Built into eventsender.cpp on Windows; checked alone
 // elsewhere with the MinGW cross compiler.
-#include "eventsender.h"
+#include "stopeventapi.h"
 
 #include <windows.h>
 
@@ -39,6 +39,18 @@ bool isSet(void *event)
 void close(void *event)
 {
     CloseHandle(static_cast<HANDLE>(event));
+}
+
+void unlink(const char *)
+{
+    // A Windows event goes away with its last handle.
+}
+
+void describe(unsigned long error, char *text, unsigned long size)
+{
+    text[0] = '\0';
+    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
+                   text, size - 1, nullptr);
 }
 
 } // namespace StopEventApi

@@ -1,5 +1,7 @@
 #include "stopconversion.h"
 
+#include "enginesuspender.h"
+
 #include <QProcess>
 
 namespace {
@@ -19,14 +21,26 @@ StopConversion::StopConversion(QObject *parent)
     connect(&m_timer, &QTimer::timeout, this, &StopConversion::timeOut);
 }
 
-void StopConversion::stop(QProcess *process)
+bool StopConversion::openEvent(const QByteArray &name, QString *error)
+{
+    return m_eventSender.open(name, error);
+}
+
+void StopConversion::releaseEvent()
+{
+    m_eventSender.remove();
+}
+
+bool StopConversion::stop(QProcess *process, QString *error)
 {
     m_process = process;
     if (!isActive(process))
-        return;
-    m_eventSender.Send();
+        return true;
+    const bool sent = m_eventSender.Send(error);
+    // Unsent, the engine cannot know: the question comes at once.
     if (isActive(process))
-        m_timer.start(StopTimeout);
+        m_timer.start(sent ? StopTimeout : 0);
+    return sent;
 }
 
 void StopConversion::timeOut()
@@ -40,15 +54,14 @@ void StopConversion::timeOut()
         Q_EMIT showTerminateDialog();
 }
 
-void StopConversion::kill()
+void StopConversion::kill(QProcess *process)
 {
-    if (m_process)
+    if (process)
+        m_process = process;
+    if (isActive(m_process)) {
+        EngineSuspender::terminateTree(m_process->processId());
         m_process->kill();
+    }
     m_eventSender.reset();
     m_timer.stop();
-}
-
-void StopConversion::resetEvent()
-{
-    m_eventSender.reset();
 }

@@ -9,9 +9,10 @@
 class QProcess;
 
 /**
- * Stops the engine: first politely through the stop event, and when the
+ * Stops the engine: first politely through the run's stop event, and when the
  * engine is still running three seconds later, asks (through
- * showTerminateDialog) whether to end it by force.
+ * showTerminateDialog) whether to end it by force. A run without a stop event
+ * is asked about at once.
  */
 class StopConversion : public QObject
 {
@@ -19,12 +20,24 @@ class StopConversion : public QObject
 public:
     explicit StopConversion(QObject *parent = nullptr);
 
-    /** Sends the stop event and starts the wait, when the process runs. */
-    void stop(QProcess *process);
-    /** Ends the process by force and clears the stop event. */
-    void kill();
-    /** Clears a stop request the engine never took (before a new run). */
-    void resetEvent();
+    /**
+     * Creates the stop event of a new run; false, with the reason in @p error,
+     * when it cannot be made (the run then goes on without one).
+     */
+    bool openEvent(const QByteArray &name, QString *error);
+    /** The run has ended: its event goes. */
+    void releaseEvent();
+
+    /**
+     * Sends the stop event and starts the wait, when the process runs. Returns
+     * false, with the reason in @p error, when the event could not be sent.
+     */
+    bool stop(QProcess *process, QString *error = nullptr);
+    /**
+     * Ends the process (the one last asked to stop, when @p process is null) and
+     * everything it started by force, and clears the stop event.
+     */
+    void kill(QProcess *process = nullptr);
 
     EventSender &eventSender() { return m_eventSender; }
     bool isWaiting() const { return m_timer.isActive(); }

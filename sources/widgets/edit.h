@@ -1,7 +1,5 @@
 #pragma once
 
-#include "command.h"
-
 #include <QByteArray>
 #include <QPointer>
 #include <QProcess>
@@ -25,14 +23,14 @@ class QsciScintilla;
  * layout and loads the file set with setFile(); the operations below tolerate the
  * absence of an editor (they do nothing or give 0, false or an empty string).
  */
-class Edit : public QProcess, public Command
+class Edit : public QProcess
 {
     Q_OBJECT
 public:
     Edit(int id, QObject *parent);
     ~Edit() override;
 
-    void execute() override;
+    void execute();
 
     void setHostLayout(QBoxLayout *layout) { m_hostLayout = layout; }
     /** A read-only editor views the file (F3); takes effect at once and on the next load. */

@@ -2,29 +2,36 @@
 
 #include "encodings.h"
 #include "enginelocator.h"
+#include "engineprocess.h"
+#include "enginesuspender.h"
 #include "reader.h"
 #include "stopconversion.h"
 #include "workingfolder.h"
 
+#include <QAtomicInt>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
+#include <QProcessEnvironment>
 #include <QStandardPaths>
-#include <QTextCodec>
-#include <QTextStream>
 #include <QThread>
 
 namespace {
 
-const QString TablesDdlSwitch = QStringLiteral("/TBLDDL=");
-const QString TablesDdlName = QStringLiteral("tables_ddl.sql");
+const QString StopEventVariable = QStringLiteral("MORVANE_STOP_EVENT");
+
+QAtomicInt &runCounter()
+{
+    static QAtomicInt counter;
+    return counter;
+}
 
 } // namespace
 
 Conversion::Conversion(QObject *parent)
-    : QProcess(parent)
+    : QObject(parent)
+    , m_process(new EngineProcess(this))
 {
     m_stopper = new StopConversion(this);
     for (const char *table : {":/directions/DBDirections.csv", ":/directions/AppDirections.csv",
@@ -41,25 +48,46 @@ Conversion::Conversion(QObject *parent)
     qDebug() << "Conversion::Conversion" << QThread::currentThread();
 
     // Error messages of the engine belong in the log as much as its output.
-    setProcessChannelMode(QProcess::MergedChannels);
-    connect(this, &QProcess::readyReadStandardOutput, this, &Conversion::readStandardOutput);
+    m_process->setProcessChannelMode(QProcess::MergedChannels);
+    connect(m_process, &QProcess::readyReadStandardOutput, this, &Conversion::readStandardOutput);
     connect(m_stopper, &StopConversion::showTerminateDialog, this,
             &Conversion::showTerminateDialog);
-    connect(this, &QProcess::errorOccurred, this, &Conversion::reportProcessError);
+    connect(m_process, &QProcess::errorOccurred, this, &Conversion::reportProcessError);
+    connect(m_process, &QProcess::started, this, [this] {
+        // Handed over at once and the pipe closed: the engine reads to its end.
+        if (!m_input.isEmpty())
+            m_process->write(m_input);
+        m_input.fill('\0');
+        m_input.clear();
+        m_process->closeWriteChannel();
+    });
+    connect(m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+            &Conversion::runEnded);
 }
 
 Conversion::~Conversion()
 {
-    if (state() != QProcess::NotRunning) {
-        disconnect(this, nullptr, nullptr, nullptr);
-        QProcess::kill();
-        waitForFinished(3000);
+    if (isRunning()) {
+        m_process->disconnect(this);
+        EngineSuspender::terminateTree(m_process->processId());
+        m_process->kill();
+        m_process->waitForFinished(3000);
     }
 }
 
-void Conversion::execute()
+QProcess *Conversion::process() const
 {
-    start();
+    return m_process;
+}
+
+QProcess::ProcessState Conversion::state() const
+{
+    return m_process->state();
+}
+
+int Conversion::runCount()
+{
+    return runCounter().loadAcquire();
 }
 
 void Conversion::parseDirectionInfo(QByteArray &path)
@@ -107,75 +135,55 @@ QString Conversion::resolvedProgram(QString *reason) const
     return found;
 }
 
-QString Conversion::engineKey(const QString &value) const
+void Conversion::setEncodings(const QString &source, const QString &target)
 {
-    // Only names the engine cannot take as they are get their key.
-    if (value.contains(QLatin1Char('/')) || value.contains(QLatin1String("WSM")))
-        return m_nameMap.value(value);
-    return value;
+    m_sourceEncoding = source;
+    m_targetEncoding = target;
 }
 
-QString Conversion::takeTablesDdl(QString &extraOptions, QStringList &notes) const
+EngineRequest Conversion::request() const
 {
-    QString path;
-    const int at = extraOptions.indexOf(TablesDdlSwitch);
-    if (at >= 0) {
-        const int from = at > 0 ? at - 1 : at;
-        const int open = extraOptions.indexOf(QLatin1Char('"'), at);
-        const int close = open >= 0 ? extraOptions.indexOf(QLatin1Char('"'), open + 1) : -1;
-        if (open >= 0 && close > open) {
-            path = extraOptions.mid(open + 1, close - open - 1);
-            extraOptions.remove(from, close - from + 1);
-        } else {
-            // Unquoted: the value runs to the next blank.
-            const int valueStart = at + TablesDdlSwitch.size();
-            int end = extraOptions.indexOf(QLatin1Char(' '), valueStart);
-            if (end < 0)
-                end = extraOptions.size();
-            path = extraOptions.mid(valueStart, end - valueStart);
-            extraOptions.remove(from, end - from);
-        }
+    EngineRequest request;
+    request.program = m_program;
+    request.files = m_files;
+    request.outputFolder = m_outputDir;
+    request.source = m_parameters.value(QStringLiteral("/SOURCE="));
+    request.target = m_parameters.value(QStringLiteral("/TARGET="));
+    request.nameMap = m_nameMap;
+    for (const char *key : {"/Source_API=", "/Source_DB=", "/Target_API=", "/Target_DB="}) {
+        const QString name = QString::fromLatin1(key);
+        if (m_parameters.contains(name))
+            request.sideOptions.insert(name, m_parameters.value(name));
+    }
+    request.options = m_options;
+    request.sourceEncoding = m_sourceEncoding;
+    request.targetEncoding = m_targetEncoding;
+    request.defaultIni = m_defaultIni;
+    request.ddlFolder = m_ddlFolder;
+    request.copyFolder = m_copyFolder;
+    request.listFile = WorkingFolder::path() + QStringLiteral("ffile.txt");
+    return request;
+}
+
+void Conversion::prepareStopEvent()
+{
+    const QByteArray name = EventSender::nameForRun(runCounter().fetchAndAddOrdered(1) + 1);
+    QProcessEnvironment environment = m_process->processEnvironment();
+    if (environment.isEmpty())
+        environment = QProcessEnvironment::systemEnvironment();
+    // Named even when it cannot be made: an engine left to its default name
+    // could take a request meant for somebody else.
+    environment.insert(StopEventVariable, QString::fromLatin1(name));
+    QString error;
+    if (m_stopper->openEvent(name, &error)) {
+        m_stopEventName = name;
     } else {
-        const QString candidate = QDir(m_ddlFolder).filePath(TablesDdlName);
-        if (QFile::exists(candidate))
-            path = candidate;
+        m_stopEventName.clear();
+        appendLog(QStringLiteral("The stop event '%1' could not be made (%2); Stop will offer to "
+                                 "end the engine by force.")
+                      .arg(QString::fromLatin1(name), error));
     }
-    if (path.isEmpty())
-        return path;
-
-    const QString encoding = identifyEncoding(path);
-    if (encoding.isEmpty()) {
-        notes << QStringLiteral("The tables DDL file '%1' cannot be read; it is passed on as it is.")
-                     .arg(QDir::toNativeSeparators(path));
-    } else if (encoding != QLatin1String("System")) {
-        QDir().mkpath(m_copyFolder);
-        const QString copy = m_copyFolder + QDir::separator() + TablesDdlName;
-        QFile::remove(copy);
-        createEncodedCopyFile(path, copy, encoding, QStringLiteral("System"));
-        if (QFile::exists(copy))
-            path = copy;
-    }
-    return QDir::toNativeSeparators(path);
-}
-
-QString Conversion::maskedDisplayLine(const QString &program,
-                                      const QStringList &arguments) const
-{
-    QString line = program;
-    for (QString argument : arguments) {
-        if (!m_password.isEmpty()) {
-            const QString secret = QStringLiteral("/P") + m_password;
-            for (int at = argument.indexOf(secret); at >= 0; at = argument.indexOf(secret, at + 1)) {
-                const int end = at + secret.size();
-                const bool startsWord = at == 0 || argument.at(at - 1).isSpace();
-                const bool endsWord = end == argument.size() || argument.at(end).isSpace();
-                if (startsWord && endsWord)
-                    argument.replace(at + 2, m_password.size(), QStringLiteral("****"));
-            }
-        }
-        line += QLatin1Char(' ') + argument;
-    }
-    return line;
+    m_process->setProcessEnvironment(environment);
 }
 
 bool Conversion::start()
@@ -183,60 +191,23 @@ bool Conversion::start()
     m_output.clear();
     m_lastArguments.clear();
     m_displayLine.clear();
-    m_stopper->resetEvent();
 
-    const QString outputDir = QDir::toNativeSeparators(m_outputDir);
-    const QString files = QDir::toNativeSeparators(m_fileList);
-    if (outputDir.isEmpty() || files.isEmpty()) {
-        appendLog(QStringLiteral("Incorrect source file or destination path '%1' '%2'")
-                      .arg(outputDir, files));
+    const EngineCommand command = engineCommand(request());
+    if (!command.error.isEmpty()) {
+        appendLog(command.error);
         return false;
     }
-
-    QStringList notes;
-    QStringList arguments;
-    QString filesArgument = QStringLiteral("%1=\"%2\"").arg(QStringLiteral("/F"), files);
-    // Long lists go through a file: the command line has a length limit.
-    if (files.count(QLatin1Char('|')) > 9) {
-        QDir().mkpath(WorkingFolder::path());
-        const QString listPath = WorkingFolder::path() + QStringLiteral("ffile.txt");
-        QFile list(listPath);
-        if (list.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-            list.write(files.toUtf8());
-            list.close();
-            filesArgument = QStringLiteral("%1=\"%2\"").arg(QStringLiteral("/FF"), listPath);
-        } else {
-            notes << QStringLiteral("Cannot write the file list '%1': %2; the files are passed inline.")
-                         .arg(listPath, list.errorString());
-        }
-    }
-    arguments << filesArgument;
-    arguments << QStringLiteral("/DIR=\"") + outputDir + QLatin1Char('"');
-    arguments << QStringLiteral("/SOURCE=") + engineKey(m_parameters.value(QStringLiteral("/SOURCE=")));
-    arguments << QStringLiteral("/TARGET=") + engineKey(m_parameters.value(QStringLiteral("/TARGET=")));
-    for (const char *key : {"/Source_API=", "/Source_DB=", "/Target_API=", "/Target_DB="}) {
-        const QString name = QString::fromLatin1(key);
-        if (m_parameters.contains(name))
-            arguments << name + m_parameters.value(name);
-    }
-    QString extra = m_extraOptions;
-    const QString ddl = takeTablesDdl(extra, notes);
-    if (!ddl.isEmpty())
-        arguments << QStringLiteral("%1\"%2\"").arg(TablesDdlSwitch, ddl);
-    extra = extra.trimmed();
-    if (!extra.isEmpty())
-        arguments << extra;
-
     QString reason;
     const QString program = resolvedProgram(&reason);
-    m_lastArguments = arguments;
-    m_displayLine = maskedDisplayLine(m_program, arguments);
+    m_lastArguments = command.arguments;
+    m_displayLine = command.displayLine;
     qDebug() << "Command line:" << m_displayLine;
     m_output.appendText(logBytes(m_displayLine) + '\n');
     Q_EMIT standardOutputChanged();
-    for (const QString &note : qAsConst(notes))
+    for (const QString &note : command.notes)
         appendLog(note);
 
+    const QString outputDir = QDir::toNativeSeparators(m_outputDir);
     if (!QFileInfo(outputDir).isDir()) {
         appendLog(QStringLiteral("The output folder '%1' does not exist; nothing was converted.")
                       .arg(outputDir));
@@ -247,8 +218,10 @@ bool Conversion::start()
                       .arg(m_program, reason));
         return false;
     }
+    prepareStopEvent();
     m_startedProgram = program;
-    QProcess::start(program, arguments, QIODevice::ReadWrite);
+    m_input = command.input;
+    m_process->start(program, command.arguments, QIODevice::ReadWrite);
     return true;
 }
 
@@ -270,38 +243,53 @@ void Conversion::appendLog(const QString &line)
     Q_EMIT standardOutputChanged();
 }
 
+void Conversion::runEnded()
+{
+    m_stopper->releaseEvent();
+    m_input.clear();
+}
+
 void Conversion::reportProcessError(QProcess::ProcessError error)
 {
     switch (error) {
     case QProcess::FailedToStart:
+        runEnded();
         appendLog(QStringLiteral("The conversion engine '%1' could not be started: %2")
-                      .arg(m_startedProgram, errorString()));
+                      .arg(m_startedProgram, m_process->errorString()));
         break;
     case QProcess::ReadError:
-    case QProcess::WriteError:
         appendLog(QStringLiteral("Communication with the conversion engine failed: %1")
-                      .arg(errorString()));
+                      .arg(m_process->errorString()));
         break;
     default:
-        // Crashes and timeouts are told by the end-of-run summary.
+        // Crashes and timeouts are told by the end-of-run summary; an engine
+        // that does not read its input is none of our business.
         break;
     }
 }
 
 void Conversion::stop()
 {
-    m_stopper->stop(this);
+    QString error;
+    if (!m_stopper->stop(m_process, &error))
+        appendLog(QStringLiteral("The stop request could not be sent (%1).").arg(error));
+}
+
+void Conversion::suspend(bool suspend)
+{
+    if (isRunning())
+        EngineSuspender::suspendTree(m_process->processId(), suspend);
 }
 
 void Conversion::terminate()
 {
-    m_stopper->kill();
+    m_stopper->kill(m_process);
     qDebug() << "Terminated";
 }
 
 void Conversion::readStandardOutput()
 {
-    const QByteArray chunk = readAllStandardOutput();
+    const QByteArray chunk = m_process->readAllStandardOutput();
     if (chunk.isEmpty())
         return;
     m_output.appendOutput(chunk);
@@ -342,7 +330,7 @@ void Conversion::setTargetConversionOption(QString database, QString api)
 
 void Conversion::setFile(QStringList absolutePathFile)
 {
-    m_fileList = absolutePathFile.join(QStringLiteral("| "));
+    m_files = absolutePathFile;
 }
 
 void Conversion::setOutputDir(QString outputDir)

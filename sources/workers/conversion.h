@@ -1,28 +1,37 @@
 #pragma once
 
-#include "command.h"
 #include "conversionoutput.h"
+#include "enginerequest.h"
 
 #include <QMap>
+#include <QObject>
 #include <QProcess>
 #include <QStringList>
 
+class EngineProcess;
 class StopConversion;
 
-/** Runs the conversion engine on a set of scripts and gathers what it prints. */
-class Conversion : public QProcess, public Command
+/**
+ * Runs the conversion engine on a set of scripts and gathers what it prints.
+ * The engine is a child process that this object owns; every run has a stop
+ * event of its own, removed when the run ends.
+ */
+class Conversion : public QObject
 {
     Q_OBJECT
 public:
-    explicit Conversion(QObject *parent);
+    explicit Conversion(QObject *parent = nullptr);
     ~Conversion() override;
 
-    void execute() override;
     /**
      * Builds the engine's command line and starts it. Returns false when the
      * engine was not started; the log then says why.
      */
     bool start();
+    /** The engine's process, for its state, its signals and its environment. */
+    QProcess *process() const;
+    QProcess::ProcessState state() const;
+    bool isRunning() const { return state() != QProcess::NotRunning; }
 
     /** Adds one direction table's rows to the name map and the direction list. */
     void parseDirectionInfo(QByteArray &path);
@@ -40,15 +49,18 @@ public:
     /** The engine as it will be started, or empty with @p reason when none is found. */
     QString resolvedProgram(QString *reason = nullptr) const;
 
-    /** Further engine switches as one text ("/PRJF=", "/INI=", "/SRCENC=", ...). */
-    void setExtraOptions(const QString &options) { m_extraOptions = options; }
-    QString extraOptions() const { return m_extraOptions; }
+    /** The option map of the option dialogs ("/U", "/P", "/PRJF=", " ", ...). */
+    void setEngineOptions(const QMap<QString, QString> &options) { m_options = options; }
+    /** The encodings of the sources and of the converted files; empty for no switch. */
+    void setEncodings(const QString &source, const QString &target);
+    /** The INI passed when the options name none; empty for none. */
+    void setDefaultIni(const QString &path) { m_defaultIni = path; }
     /** Where a default "tables_ddl.sql" is looked for. */
     void setDdlFolder(const QString &folder) { m_ddlFolder = folder; }
     /** Where a re-encoded copy of the tables DDL file is written. */
     void setCopyFolder(const QString &folder) { m_copyFolder = folder; }
-    /** The password inside the extra options, shown as "****" in the log. */
-    void setPassword(const QString &password) { m_password = password; }
+    /** What the next start() hands to engineCommand(). */
+    EngineRequest request() const;
 
     /** The engine program of the last start, as found. */
     QString startedProgram() const { return m_startedProgram; }
@@ -56,6 +68,10 @@ public:
     QStringList lastArguments() const { return m_lastArguments; }
     /** The program and arguments as the log shows them. */
     QString displayLine() const { return m_displayLine; }
+    /** The name of the current (or last) run's stop event; empty when it could not be made. */
+    QByteArray stopEventName() const { return m_stopEventName; }
+    /** How many runs this process has started so far. */
+    static int runCount();
 
     /** Everything the log shows for the current run. */
     const QByteArray &output() const { return m_output.buffer(); }
@@ -68,6 +84,8 @@ public:
     StopConversion *stopper() const { return m_stopper; }
     /** Asks the engine to stop, politely first. */
     void stop();
+    /** Suspends or resumes the engine and whatever it started. */
+    void suspend(bool suspend);
 
 Q_SIGNALS:
     void showTerminateDialog();
@@ -75,7 +93,7 @@ Q_SIGNALS:
     void errorsChanged();
 
 public Q_SLOTS:
-    /** Ends the engine by force. */
+    /** Ends the engine and whatever it started by force. */
     void terminate();
     void readStandardOutput();
     void setSourceConversion(QString sourceConversion);
@@ -87,24 +105,28 @@ public Q_SLOTS:
 
 private:
     static QByteArray logBytes(const QString &text);
-    QString engineKey(const QString &value) const;
-    QString takeTablesDdl(QString &extraOptions, QStringList &notes) const;
-    QString maskedDisplayLine(const QString &program, const QStringList &arguments) const;
+    void prepareStopEvent();
+    void runEnded();
     void reportProcessError(QProcess::ProcessError error);
 
+    EngineProcess *m_process;
     QMap<QString, QString> m_nameMap;
     QMap<QString, QString> m_parameters;
     QStringList m_directionList;
     QString m_ddlFolder;
-    QString m_fileList;
+    QStringList m_files;
     QString m_outputDir;
     QString m_program;
     ConversionOutput m_output;
     QString m_copyFolder;
-    QString m_extraOptions;
+    QMap<QString, QString> m_options;
+    QString m_sourceEncoding;
+    QString m_targetEncoding;
+    QString m_defaultIni;
     StopConversion *m_stopper = nullptr;
-    QString m_password;
+    QByteArray m_input;
     QString m_startedProgram;
     QStringList m_lastArguments;
     QString m_displayLine;
+    QByteArray m_stopEventName;
 };

@@ -1,6 +1,8 @@
 // Test engine. Behaviour comes from the environment:
 //   TESTENGINE_SCRIPT  the script, after "inline:", or the file holding it, after "file:"
 //   TESTENGINE_ARGS    a file that receives the arguments, one per line
+//   TESTENGINE_STDIN   a file that receives what the engine read on its
+//                      standard input (read to its end before the script runs)
 //   MORVANE_STOP_EVENT the stop event's name (default "/MorvaneStopEvent")
 //
 // Script lines:
@@ -11,6 +13,8 @@
 //   flood BYTES          print BYTES of engine-like output
 //   exit CODE            exit with CODE
 //   crash                die from a signal
+//   child FILE           start a child process that sleeps a minute; its
+//                        process id goes to FILE
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -18,11 +22,13 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <semaphore.h>
 #include <sstream>
 #include <string>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -81,6 +87,10 @@ int main(int argc, char **argv)
         for (int i = 1; i < argc; ++i)
             out << argv[i] << '\n';
     }
+    if (const char *inputFile = std::getenv("TESTENGINE_STDIN")) {
+        std::string input((std::istreambuf_iterator<char>(std::cin)), std::istreambuf_iterator<char>());
+        std::ofstream(inputFile, std::ios::trunc) << input;
+    }
     const char *script = std::getenv("TESTENGINE_SCRIPT");
     std::string text;
     if (script && std::strncmp(script, "inline:", 7) == 0) {
@@ -121,6 +131,13 @@ int main(int argc, char **argv)
             flood(std::atoll(rest.c_str()));
         } else if (command == "exit") {
             return std::atoi(rest.c_str());
+        } else if (command == "child") {
+            const pid_t child = fork();
+            if (child == 0) {
+                execlp("sleep", "sleep", "60", static_cast<char *>(nullptr));
+                _exit(127);
+            }
+            std::ofstream(rest, std::ios::trunc) << child << '\n';
         } else if (command == "crash") {
             // A sanitizer's own handler would turn the signal into an exit.
             std::signal(SIGSEGV, SIG_DFL);
