@@ -9,12 +9,10 @@
 #include "workingfolder.h"
 
 #include <QAtomicInt>
-#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcessEnvironment>
-#include <QStandardPaths>
 #include <QThread>
 
 namespace {
