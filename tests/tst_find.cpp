@@ -1,4 +1,5 @@
 #include "find.h"
+#include "findlinescanner.h"
 #include "findscript.h"
 #include "settings.h"
 #include "testsupport.h"
@@ -7,6 +8,7 @@
 #include <QDialog>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QTextCodec>
 #include <QTreeWidget>
 
 #include <sys/stat.h>
@@ -22,15 +24,32 @@ bool hasTotals(const QTreeWidget &tree)
     return n >= 2 && tree.topLevelItem(n - 1)->text(0).startsWith(QLatin1String("Total number of files"));
 }
 
-// The hit rows (path, line, text), without the two totals rows at the end.
+// The hit rows (path, line, text), without the summary rows at the end.
 QList<Row> hitRows(const QTreeWidget &tree)
 {
     QList<Row> rows;
-    for (int i = 0; i + 2 < tree.topLevelItemCount(); ++i) {
+    for (int i = 0; i < tree.topLevelItemCount(); ++i) {
         const QTreeWidgetItem *item = tree.topLevelItem(i);
+        if (!item->text(0).startsWith(QLatin1Char('/')))
+            break;
         rows << Row{item->text(0), item->text(1), item->text(2)};
     }
     return rows;
+}
+
+// The summary rows after the hits.
+QStringList summary(const QTreeWidget &tree)
+{
+    QStringList rows;
+    for (int i = hitRows(tree).size(); i < tree.topLevelItemCount(); ++i)
+        rows << tree.topLevelItem(i)->text(0);
+    return rows;
+}
+
+QByteArray encoded(const QString &text, const QByteArray &codec, const QByteArray &mark)
+{
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    return mark + QTextCodec::codecForName(codec)->fromUnicode(text.constData(), text.size(), &state);
 }
 
 } // namespace
@@ -111,21 +130,36 @@ private Q_SLOTS:
     }
 
     // Without a text every matching file is listed once; the line total is the file count.
+    // "*.*" takes every file, also those without a dot.
+    void masksSelectFiles_data()
+    {
+        QTest::addColumn<QString>("masks");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("two masks") << "*.sql,,*.txt"
+                                   << QStringList{"a.sql", "b.txt", "sub/D.SQL", "sub/deeper/e.txt"};
+        QTest::newRow("all files") << "*.*"
+                                   << QStringList{"Makefile", "a.sql", "b.txt", "c.doc", "sub/D.SQL",
+                                                  "sub/deeper/e.txt", "sub/deeper/noext"};
+    }
+
     void masksSelectFiles()
     {
-        m_dir->createFile("a.sql", "x\n");
-        m_dir->createFile("b.txt", "y\n");
-        m_dir->createFile("c.doc", "z\n");
-        m_dir->createFile("sub/D.SQL", "w\n");
+        QFETCH(QString, masks);
+        QFETCH(QStringList, expected);
+        for (const char *name : {"a.sql", "b.txt", "c.doc", "sub/D.SQL", "Makefile",
+                                 "sub/deeper/noext"})
+            m_dir->createFile(name, "x\n");
         m_dir->createFile("sub/deeper/e.txt", "");
         QStringList files;
-        for (const Row &row : search(m_dir->path(), "*.sql,,*.txt", QString())) {
+        for (const Row &row : search(m_dir->path(), masks, QString())) {
             QVERIFY(row.at(1).isEmpty() && row.at(2).isEmpty());
             files << QDir(m_dir->path()).relativeFilePath(row.at(0));
         }
         files.sort();
-        QCOMPARE(files, (QStringList{"a.sql", "b.txt", "sub/D.SQL", "sub/deeper/e.txt"}));
-        QCOMPARE(totals(), (QStringList{"Total number of lines: 4", "Total number of files: 4"}));
+        QCOMPARE(files, expected);
+        const QString count = QString::number(expected.size());
+        QCOMPARE(totals(), (QStringList{"Total number of lines: " + count,
+                                        "Total number of files: " + count}));
     }
 
     void matching_data()
@@ -211,6 +245,10 @@ private Q_SLOTS:
         QTest::newRow("fixed string") << "order by" << int(QRegExp::FixedString) << true << QStringList{"-rnF"};
         QTest::newRow("fixed string, ignoring case") << "ORDER BY" << int(QRegExp::FixedString) << false << QStringList{"-rniF"};
         QTest::newRow("regular expression") << "whe+re [a-z]+_id" << int(QRegExp::RegExp) << true << QStringList{"-rnE"};
+        QTest::newRow("anchors") << "^order|by $|^$" << int(QRegExp::RegExp) << true << QStringList{"-rnE"};
+        QTest::newRow("blanks, ignoring case") << "ORDER\\s+BY" << int(QRegExp::RegExp) << false << QStringList{"-rniE"};
+        QTest::newRow("negated set, no literal") << "[^a-z ]x[^a-z]" << int(QRegExp::RegExp) << true << QStringList{"-rnE"};
+        QTest::newRow("one line only") << "by.*\\bjoin" << int(QRegExp::RegExp2) << true << QStringList{"-rnE"};
     }
 
     void equalsGrep()
@@ -222,7 +260,8 @@ private Q_SLOTS:
         if (QStandardPaths::findExecutable("grep").isEmpty())
             QSKIP("grep is not installed");
         const QStringList words{"select", "from", "where", "order", "by", "ORDER", "BY", "wheere",
-                                "user_id", "  ", "\t", "x", "join", "Order", "\xc3\xa9t\xc3\xa9"};
+                                "user_id", "  ", "\t", "x", "join", "Order", "\xc3\xa9t\xc3\xa9",
+                                "\xff\xfe", "*x*"};
         QRandomGenerator random(42);
         for (int f = 0; f < 60; ++f) {
             QByteArray content;
@@ -259,38 +298,78 @@ private Q_SLOTS:
         QCOMPARE(mine, theirs);
     }
 
+    // Long lines are cut for the results; a line longer than the largest piece
+    // read at once still finds a match across the pieces' boundary, and a ^ only
+    // where the line starts.
+    void longLines_data()
+    {
+        QTest::addColumn<int>("syntax");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("fixed") << int(QRegExp::FixedString) << "needle";
+        QTest::newRow("regular expression") << int(QRegExp::RegExp) << "ne+dle";
+        QTest::newRow("exact engine") << int(QRegExp::RegExp) << "ne\\x0065dle";
+    }
+
     void longLines()
     {
-        QByteArray big(10 * 1024 * 1024, 'x');
-        big.replace(big.size() - 20, 6, "needle");
-        m_dir->createFile("long.txt", big + "\nneedle 2\n" + big);
-        for (auto syntax : {QRegExp::FixedString, QRegExp::RegExp}) {
-            const QList<Row> rows = search(m_dir->path(), "*.txt", "needle", syntax);
-            QCOMPARE(rows.size(), 3);
-            QCOMPARE(rows.at(0).at(2).size(), Find::MaxHitTextLength + 3);
-            QCOMPARE(rows.at(1).mid(1), (QStringList{"2", "needle 2"}));
-            QCOMPARE(rows.at(2).at(1), QStringLiteral("3"));
+        QFETCH(int, syntax);
+        QFETCH(QString, text);
+        const int piece = FindLineScanner::MaxLineBytes;
+        QByteArray across(piece + 1024 * 1024, 'x');
+        across.replace(piece - 3, 6, "needle");
+        QByteArray later(piece + 1024 * 1024, 'x');
+        later.replace(piece + 100, 6, "needle");
+        m_dir->createFile("long.txt", across + "\nneedle 2\n" + later + "\nx\n");
+        const auto patternSyntax = static_cast<QRegExp::PatternSyntax>(syntax);
+        QList<Row> rows = search(m_dir->path(), "*.txt", text, patternSyntax);
+        QCOMPARE(rows.size(), 3);
+        QCOMPARE(rows.at(0).at(2).size(), Find::MaxHitTextLength + 3);
+        QCOMPARE(rows.at(1).mid(1), (QStringList{"2", "needle 2"}));
+        QCOMPARE(rows.at(2).at(1), QStringLiteral("3"));
+        if (patternSyntax == QRegExp::RegExp) {
+            rows = search(m_dir->path(), "*.txt", "^" + text, patternSyntax);
+            QCOMPARE(rows.size(), 1);
+            QCOMPARE(rows.first().at(1), QStringLiteral("2"));
         }
     }
 
-    // Binary content is searched up to its NULs; a 1 GB sparse file costs one pass over it.
-    void binaryFiles()
+    // A NUL makes a file binary: it is not searched, and the summary counts it (a
+    // 1 GB sparse file costs one block). UTF-16 and UTF-32 files with a byte-order
+    // mark are searched in their encoding, and their NULs do not count.
+    void encodings_data()
     {
-        QFile huge(m_dir->filePath("huge.bin"));
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("expected"); // line number, text; empty for none
+        const QString script = QString::fromUtf8("-- \xd0\x9a\xd0\xbb\xd0\xb8\xd0\xb5\xd0\xbd\xd1\x82\xd1\x8b\r\nSELECT name FROM t;\r\n");
+        const QStringList hit{"2", "SELECT name FROM t;"};
+        QTest::newRow("UTF-16LE") << encoded(script, "UTF-16LE", "\xff\xfe") << "name" << hit;
+        QTest::newRow("UTF-16BE") << encoded(script, "UTF-16BE", "\xfe\xff") << "name" << hit;
+        QTest::newRow("UTF-32LE") << encoded(script, "UTF-32LE", QByteArray("\xff\xfe\0\0", 4)) << "name" << hit;
+        QTest::newRow("UTF-16, non-ASCII") << encoded(script, "UTF-16LE", "\xff\xfe")
+                                           << QString::fromUtf8("\xd0\x9a\xd0\xbb\xd0\xb8") << QStringList{"1", script.section('\r', 0, 0)};
+        QTest::newRow("UTF-8 mark, anchored") << encoded(script, "UTF-8", "\xef\xbb\xbf") << "^-- " << QStringList{"1", script.section('\r', 0, 0)};
+        QTest::newRow("NUL late") << QByteArray("needle\n") + QByteArray(3 * 1024 * 1024, 'y') + QByteArray("\0needle\n", 8)
+                                  << "needle" << QStringList{"1", "needle"};
+        QTest::newRow("NUL early") << QByteArray("needle\0needle\n", 14) << "needle" << QStringList();
+    }
+
+    void encodings()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, text);
+        QFETCH(QStringList, expected);
+        m_dir->createFile("script.sql", content);
+        QFile huge(m_dir->filePath("huge.sql"));
         QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(qint64(1) << 30));
         huge.close();
-        QByteArray bytes;
-        QRandomGenerator random(7);
-        for (int i = 0; i < 200000; ++i)
-            bytes += char(random.bounded(256));
-        bytes += "\nneedle before\0needle after\n";
-        bytes += QByteArray("\0needle hidden\n", 15);
-        m_dir->createFile("data.bin", bytes);
-        for (auto syntax : {QRegExp::FixedString, QRegExp::RegExp}) {
-            const QList<Row> rows = search(m_dir->path(), "*.bin", "needle", syntax);
-            QCOMPARE(rows.size(), 1);
-            QCOMPARE(rows.first().at(2), QStringLiteral("needle before"));
-        }
+        const QList<Row> rows = search(m_dir->path(), "*.sql", text, QRegExp::RegExp);
+        QCOMPARE(rows.size(), expected.isEmpty() ? 0 : 1);
+        if (!expected.isEmpty())
+            QCOMPARE(rows.first().mid(1), expected);
+        const bool binary = content.contains('\0') && !content.startsWith('\xff') && !content.startsWith('\xfe');
+        QCOMPARE(summary(*m_tree).first(),
+                 QStringLiteral("Files skipped: %1 binary, 0 unreadable").arg(binary ? 2 : 1));
     }
 
     // Entries that cannot be read give no rows and stop nothing; a folder reached again
@@ -303,6 +382,8 @@ private Q_SLOTS:
         QVERIFY(QFile::link(m_dir->filePath("top/sub"), m_dir->filePath("top/alias")));
         QVERIFY(QFile::link(m_dir->filePath("missing.sql"), m_dir->filePath("dangling.sql")));
         QVERIFY(::mkfifo(QFile::encodeName(m_dir->filePath("pipe.sql")).constData(), 0600) == 0);
+        QVERIFY(QFile::link(m_dir->filePath("pipe.sql"), m_dir->filePath("pipelink.sql")));
+        QVERIFY(QFile::link("/dev/zero", m_dir->filePath("zero.sql")));
         if (::geteuid() != 0) {
             m_dir->createFile("locked.sql", "needle\n");
             QFile::setPermissions(m_dir->filePath("locked.sql"), QFileDevice::Permissions());
@@ -349,7 +430,21 @@ private Q_SLOTS:
             QVERIFY(row.at(0).contains("/first/"));
     }
 
-    // Stopping mid-way ends the worker at once, keeps what was found and adds totals.
+    // /proc holds files that block, never end or fail to read, and links to the
+    // root: the search ends, and finds what is there.
+    void procFolder()
+    {
+        const QString before = QDir::currentPath();
+        QDir::setCurrent(m_dir->path()); // /proc/self/cwd leads here
+        const QList<Row> rows = search("/proc/self", "*", "^Name:\\s", QRegExp::RegExp);
+        QDir::setCurrent(before);
+        QVERIFY(!rows.isEmpty());
+        QVERIFY(std::any_of(rows.cbegin(), rows.cend(),
+                            [](const Row &row) { return row.at(0) == "/proc/self/status"; }));
+    }
+
+    // Stopping mid-way ends the worker at once, keeps every row found until then
+    // and says that the search was cancelled.
     void stopMidway()
     {
         for (int i = 0; i < 20; ++i)
@@ -362,9 +457,18 @@ private Q_SLOTS:
         QTRY_VERIFY(find->reportedLines() >= 1);
         QVERIFY(m_script->stopFind());
         QVERIFY(!find->isRunning());
-        QCOMPARE(find->reportedLines(), 1);
         QTRY_VERIFY(hasTotals(*m_tree));
-        QCOMPARE(totals().first(), QStringLiteral("Total number of lines: 1"));
+        const int found = find->reportedLines();
+        const QList<Row> rows = hitRows(*m_tree);
+        QSet<QString> files;
+        for (const Row &row : rows)
+            files.insert(row.at(0));
+        QVERIFY(found >= 1);
+        QCOMPARE(rows.size(), found);
+        QCOMPARE(summary(*m_tree),
+                 (QStringList{"Search cancelled: the rows above are what was found until then",
+                              QStringLiteral("Total number of lines: %1").arg(found),
+                              QStringLiteral("Total number of files: %1").arg(files.size())}));
         QCOMPARE(cursor.first().first().value<Qt::CursorShape>(), Qt::BusyCursor);
         QCOMPARE(cursor.last().first().value<Qt::CursorShape>(), Qt::ArrowCursor);
         QVERIFY(!m_script->stopFind());

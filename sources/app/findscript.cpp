@@ -105,7 +105,7 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
         if (generation == m_generation)
             addHits(hits);
     });
-    connect(m_find, &QThread::finished, this, [this, generation] {
+    connect(m_find, &Find::finished, this, [this, generation] {
         if (generation == m_generation)
             findFinishedSlot();
     });
@@ -161,15 +161,20 @@ void FindScript::findFinishedSlot()
 void FindScript::addTotals()
 {
     m_finishPending = false;
-    auto *lines = new QTreeWidgetItem(QStringList{
-        QStringLiteral("Total number of lines: %1").arg(m_find->reportedLines())});
-    lines->setData(0, TotalRole, true);
-    m_tree->addTopLevelItem(lines);
-
-    auto *files = new QTreeWidgetItem(
-        QStringList{QStringLiteral("Total number of files: %1").arg(m_paths.size())});
-    files->setData(0, TotalRole, true);
-    m_tree->addTopLevelItem(files);
+    QStringList rows;
+    if (m_find->wasStopped())
+        rows << QStringLiteral("Search cancelled: the rows above are what was found until then");
+    const int binary = m_find->binaryFiles();
+    const int unreadable = m_find->unreadableFiles();
+    if (binary > 0 || unreadable > 0)
+        rows << QStringLiteral("Files skipped: %1 binary, %2 unreadable").arg(binary).arg(unreadable);
+    rows << QStringLiteral("Total number of lines: %1").arg(m_find->reportedLines())
+         << QStringLiteral("Total number of files: %1").arg(m_paths.size());
+    for (const QString &row : qAsConst(rows)) {
+        auto *item = new QTreeWidgetItem(QStringList{row});
+        item->setData(0, TotalRole, true);
+        m_tree->addTopLevelItem(item);
+    }
     Q_EMIT turnWaitingMode(Qt::ArrowCursor);
 }
 

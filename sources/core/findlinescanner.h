@@ -1,57 +1,79 @@
 #pragma once
 
+#include "findpattern.h"
+
 #include <QByteArray>
 #include <QRegExp>
+#include <QRegularExpression>
 #include <QString>
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <vector>
 
 /**
- * Finds the lines of a file that match one pattern. Each line (with its line
- * end) is decoded as UTF-8 up to its first NUL byte and matched with QRegExp
- * anywhere in the line.
+ * Finds the lines of a file that match one pattern, as grep -n numbers them.
  *
- * A file is read in blocks, never whole: a line longer than MaxLineBytes is
- * searched in pieces of that size, and the rest of a line after a NUL byte is
- * skipped without being kept, so binary and sparse files cost little memory.
- * A pattern that is a plain literal is first looked for in the raw bytes, and
- * only the lines that hold it are decoded.
+ * Only regular files are read (the file is opened without blocking and its
+ * type checked on the open handle, so FIFOs and devices, also behind links, are
+ * never waited on). A file is read in large blocks; a pattern's needle is looked
+ * for in the raw bytes, and lines are counted and decoded only where it is. A
+ * file whose bytes hold a NUL is binary and is left there. A UTF-16 or UTF-32
+ * file with a byte-order mark is read in its encoding; any other as UTF-8.
+ *
+ * A line longer than MaxLineBytes is searched in pieces of that size which
+ * overlap, so that a match across a piece boundary is found.
+ *
+ * One scanner serves one thread; each thread of a search builds its own.
  */
 class FindLineScanner
 {
 public:
-    /** Called with the 1-based line number and the decoded line. */
-    using HitFunction = std::function<void(int lineNumber, const QString &line)>;
+    enum class Outcome { Searched, Binary, Unreadable, NotRegular };
+
+    /** Called with the 1-based line number and the line's text for the results. */
+    using HitFunction = std::function<void(int lineNumber, const QString &text)>;
 
     static constexpr int MaxLineBytes = 32 * 1024 * 1024;
+    /** Longest line text given to a hit, in characters; longer lines end in "...". */
+    static constexpr int MaxHitTextLength = 4096;
 
-    FindLineScanner(const QString &pattern, QRegExp::PatternSyntax syntax,
-                    Qt::CaseSensitivity caseSensitivity);
+    explicit FindLineScanner(const FindPattern &pattern);
+    ~FindLineScanner();
 
-    bool isValid() const { return m_regExp.isValid(); }
-    /** Whether the raw-byte prefilter is used for this pattern. */
-    bool isLiteralSearch() const { return !m_needle.isEmpty(); }
+    bool isValid() const { return m_pattern.isValid(); }
 
     /**
-     * Reports every matching line of @p path through @p onHit, in order.
-     * Stops early when @p stop becomes true. False when the file cannot be read.
+     * Reports every matching line of @p path through @p onHit, in order, and
+     * stops early when @p stop becomes true.
      */
-    bool scanFile(const QString &path, const std::atomic<bool> &stop, const HitFunction &onHit);
+    Outcome scanFile(const QString &path, const std::atomic<bool> &stop, const HitFunction &onHit);
 
-    /** Whether one decoded line matches. */
-    bool matches(const QString &line) const;
+    /** The text a hit shows for a line: trimmed, and cut after MaxHitTextLength. */
+    static QString hitText(const QString &line);
 
 private:
+    struct Source;
+    void scan(Source &source);
     void processRegion(const char *begin, const char *end);
-    void processLine(const char *begin, const char *end);
-    void checkPiece(const char *begin, const char *end);
+    void processPiece(const char *begin, const char *end, bool continuation, bool final);
+    void regionByNeedle(const char *begin, const char *end);
+    void regionAtOnce(const char *begin, const char *end);
+    void regionLineByLine(const char *begin, const char *end);
+    bool pieceMatches(const char *begin, const char *end, bool continuation, bool final) const;
+    bool needleUsable(const char *begin, const char *end) const;
     const char *findNeedle(const char *begin, const char *end) const;
+    bool lineMatches(const QString &line, int offset = 0) const;
+    bool lineMatches(const QStringRef &line) const;
+    static QString textStart(const char *begin, const char *end);
+    void report(const char *begin, const char *end);
+    void report(const QString &text);
 
-    QRegExp m_regExp;
-    QByteArray m_needle;          // the pattern's bytes (folded) when it is a literal
-    bool m_foldAscii = false;     // literal search ignores ASCII case
+    FindPattern m_pattern;
+    QRegularExpression m_regular;
+    mutable QRegExp m_exact;
+    QByteArray m_needle;
     unsigned char m_fold[256];
     size_t m_skip[256];
     std::vector<char> m_buffer;
@@ -60,6 +82,7 @@ private:
     const HitFunction *m_onHit = nullptr;
     const std::atomic<bool> *m_stop = nullptr;
     int m_lineNumber = 1;
-    bool m_lineDone = false;      // the current line matched, or its text ended at a NUL
-    bool m_inLongLine = false;    // pieces of the current line were already searched
+    bool m_lineDone = false;      // the current long line was reported already
+    bool m_inLongLine = false;    // pieces of the current line were searched already
+    QString m_longLineText;       // what a hit in the current long line shows
 };

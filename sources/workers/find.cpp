@@ -1,11 +1,19 @@
 #include "find.h"
 
-#include "findlinescanner.h"
-
 #include <QDebug>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSet>
+#include <QThread>
+#include <QThreadPool>
+#include <QtConcurrent>
+
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <mutex>
 
 namespace {
 
@@ -13,59 +21,93 @@ namespace {
 constexpr int BatchHits = 500;
 constexpr qint64 BatchMilliseconds = 100;
 
-// A wildcard phrase written as the regular expression QRegExp reads it as.
-QString wildcardToRegExp(const QString &wildcard)
-{
-    QString rx;
-    const int length = wildcard.length();
-    int i = 0;
-    while (i < length) {
-        const QChar c = wildcard.at(i++);
-        switch (c.unicode()) {
-        case '\\':
-            rx += QLatin1String("\\\\");
-            break;
-        case '*':
-            rx += QLatin1String(".*");
-            break;
-        case '?':
-            rx += QLatin1Char('.');
-            break;
-        case '$': case '(': case ')': case '+': case '.': case '^': case '{': case '|': case '}':
-            rx += QLatin1Char('\\');
-            rx += c;
-            break;
-        case '[':
-            rx += c;
-            if (i < length && wildcard.at(i) == QLatin1Char('^'))
-                rx += wildcard.at(i++);
-            if (i < length && wildcard.at(i) == QLatin1Char(']'))
-                rx += wildcard.at(i++);
-            while (i < length && wildcard.at(i) != QLatin1Char(']')) {
-                if (wildcard.at(i) == QLatin1Char('\\'))
-                    rx += QLatin1Char('\\');
-                rx += wildcard.at(i++);
-            }
-            break;
-        default:
-            rx += c;
-        }
-    }
-    return rx;
-}
-
 } // namespace
 
+/** The state of one run, shared by the threads that carry it out. */
+struct Find::Run
+{
+    QString folder;
+    QStringList masks;
+    std::unique_ptr<FindPattern> pattern; // none when files are only listed
+    int number = 0;
+
+    std::atomic<bool> stop{false};
+    std::atomic<int> reportedLines{0};
+    std::atomic<int> scannedFiles{0};
+    std::atomic<int> binaryFiles{0};
+    std::atomic<int> unreadableFiles{0};
+
+    // The walk hands files to the scanners in order; each file's hits are kept
+    // until those of every file before it have gone out.
+    std::mutex mutex;
+    std::condition_variable wake;
+    std::deque<std::pair<int, QString>> queue;
+    int walked = 0;
+    bool walkDone = false;
+    std::map<int, QVector<FindHit>> completed;
+    int nextToReport = 0;
+    bool reporting = false; // a thread is handing hits out
+
+    // Touched by the reporting thread only.
+    QVector<FindHit> batch;
+    QElapsedTimer sinceFlush;
+
+    QSet<QString> visitedFolders; // walk thread only
+};
+
 Find::Find(QObject *parent)
-    : QThread(parent)
+    : QObject(parent)
+    , m_pool(new QThreadPool(this))
 {
     qRegisterMetaType<FindHit>();
     qRegisterMetaType<QVector<FindHit>>();
+    // One thread walks; the others read files.
+    m_pool->setMaxThreadCount(std::max(1, QThread::idealThreadCount()) + 1);
 }
 
 Find::~Find()
 {
     stopFindThread();
+}
+
+int Find::reportedLines() const
+{
+    return m_run ? m_run->reportedLines.load() : -1;
+}
+
+int Find::scannedFiles() const
+{
+    return m_run ? m_run->scannedFiles.load() : -1;
+}
+
+int Find::binaryFiles() const
+{
+    return m_run ? m_run->binaryFiles.load() : 0;
+}
+
+int Find::unreadableFiles() const
+{
+    return m_run ? m_run->unreadableFiles.load() : 0;
+}
+
+bool Find::isStopRequested() const
+{
+    return m_run && m_run->stop.load();
+}
+
+bool Find::wasStopped() const
+{
+    return isStopRequested();
+}
+
+bool Find::isRunning() const
+{
+    return m_future.isRunning();
+}
+
+void Find::wait()
+{
+    m_future.waitForFinished();
 }
 
 QStringList Find::splitMasks(const QString &masks)
@@ -75,7 +117,10 @@ QStringList Find::splitMasks(const QString &masks)
                                           Qt::SkipEmptyParts);
     for (const QString &part : parts) {
         const QString mask = part.trimmed();
-        if (!mask.isEmpty())
+        // "*.*" means every file, as in the panels, also those without a dot.
+        if (mask == QLatin1String("*.*"))
+            result << QStringLiteral("*");
+        else if (!mask.isEmpty())
             result << mask;
     }
     return result;
@@ -105,7 +150,7 @@ QString Find::phrasesPattern(const QStringList &phrases, QRegExp::PatternSyntax 
             break;
         case QRegExp::Wildcard:
         case QRegExp::WildcardUnix:
-            alternatives << wildcardToRegExp(phrase);
+            alternatives << FindPattern::wildcardToRegExp(phrase);
             break;
         default:
             alternatives << phrase;
@@ -124,97 +169,160 @@ void Find::stopFindThread()
     if (!isRunning())
         return;
     qDebug() << "Find::StopFindThread()";
-    m_stop = true;
-    if (!wait(10000)) {
-        terminate();
-        wait();
+    {
+        std::lock_guard<std::mutex> lock(m_run->mutex);
+        m_run->stop = true;
     }
-    // A terminated run never reaches the end of run(), where the flag is cleared;
-    // left set, it would end the next search before its first entry.
-    m_stop = false;
+    m_run->wake.notify_all();
+    // Every thread of the run looks at the flag at least once per block it
+    // reads and never waits on anything but the run itself.
+    m_future.waitForFinished();
 }
 
-void Find::run()
+void Find::start()
 {
-    m_reportedLines = 0;
-    m_scannedFiles = 0;
-    m_visitedFolders.clear();
-    m_batch.clear();
-    m_sinceFlush.start();
-
-    const QStringList masks = splitMasks(m_masks);
-    if (m_findText.isEmpty()) {
-        walk(m_folder, masks, nullptr);
-    } else {
-        FindLineScanner scanner(searchPattern(m_findText, m_wholeWords), m_patternSyntax,
-                                m_caseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive);
-        if (scanner.isValid())
-            walk(m_folder, masks, &scanner);
-        else
+    stopFindThread();
+    auto run = std::make_shared<Run>();
+    run->folder = m_folder;
+    run->masks = splitMasks(m_masks);
+    run->number = ++m_runNumber;
+    if (!m_findText.isEmpty()) {
+        run->pattern = std::make_unique<FindPattern>(searchPattern(m_findText, m_wholeWords),
+                                                     m_patternSyntax,
+                                                     m_caseSensitive ? Qt::CaseSensitive
+                                                                     : Qt::CaseInsensitive);
+        if (!run->pattern->isValid())
             qDebug() << "Find: invalid pattern" << m_findText;
     }
-    flushHits();
-    m_visitedFolders.clear();
-    // Cleared here rather than at the start, so that a stop asked for between
-    // start() and the first entry is not lost.
-    m_stop = false;
+    run->sinceFlush.start();
+    m_run = run;
+    m_future = QtConcurrent::run(m_pool, [this, run] { execute(run); });
 }
 
-void Find::walk(const QString &folder, const QStringList &masks, FindLineScanner *scanner)
+void Find::execute(const std::shared_ptr<Run> &run)
 {
-    // A folder reached again through a symbolic link is searched once.
+    QVector<QFuture<void>> scanners;
+    if (run->pattern && run->pattern->isValid()) {
+        for (int i = 1; i < m_pool->maxThreadCount(); ++i)
+            scanners << QtConcurrent::run(m_pool, [this, run] { scanFiles(*run); });
+    }
+    if (!run->pattern || run->pattern->isValid())
+        walk(*run, run->folder, QString());
+    {
+        std::lock_guard<std::mutex> lock(run->mutex);
+        run->walkDone = true;
+    }
+    run->wake.notify_all();
+    for (QFuture<void> &scanner : scanners)
+        scanner.waitForFinished();
+    flush(*run);
+    const int number = run->number;
+    QMetaObject::invokeMethod(this, [this, number] {
+        if (number == m_runNumber)
+            Q_EMIT finished();
+    }, Qt::QueuedConnection);
+}
+
+void Find::walk(Run &run, const QString &folder, const QString &parentCanonical)
+{
+    // A folder reached again through a symbolic link is searched once; a link
+    // to a folder above it (as /proc/<pid>/root is) would take in everything.
     const QString canonical = QFileInfo(folder).canonicalFilePath();
-    if (canonical.isEmpty() || m_visitedFolders.contains(canonical))
+    if (canonical.isEmpty() || run.visitedFolders.contains(canonical))
         return;
-    m_visitedFolders.insert(canonical);
+    if (!parentCanonical.isEmpty()
+        && (parentCanonical == canonical
+            || parentCanonical.startsWith(canonical.endsWith(QLatin1Char('/'))
+                                              ? canonical : canonical + QLatin1Char('/'))))
+        return;
+    run.visitedFolders.insert(canonical);
 
     const QFileInfoList entries = QDir(folder).entryInfoList(
-        masks, QDir::Dirs | QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot, QDir::NoSort);
+        run.masks, QDir::Dirs | QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot, QDir::NoSort);
     for (const QFileInfo &entry : entries) {
-        if (m_stop.load(std::memory_order_relaxed))
+        if (run.stop.load(std::memory_order_relaxed))
             return;
-        if (entry.isDir())
-            walk(entry.absoluteFilePath(), masks, scanner);
-        else
-            searchFile(entry.absoluteFilePath(), scanner);
+        if (entry.isDir()) {
+            walk(run, entry.absoluteFilePath(), canonical);
+        } else if (!run.pattern) {
+                ++run.scannedFiles;
+            complete(run, run.walked++, {FindHit{entry.absoluteFilePath(), QString(), QString()}});
+        } else {
+            {
+                std::lock_guard<std::mutex> lock(run.mutex);
+                run.queue.emplace_back(run.walked++, entry.absoluteFilePath());
+            }
+            run.wake.notify_one();
+        }
     }
 }
 
-void Find::searchFile(const QString &path, FindLineScanner *scanner)
+void Find::scanFiles(Run &run)
 {
-    ++m_scannedFiles;
-    if (!scanner) {
-        addHit(path, 0, QString());
-    } else {
-        // A file that cannot be read gives no rows.
-        scanner->scanFile(path, m_stop, [this, &path](int lineNumber, const QString &line) {
-            addHit(path, lineNumber, line);
+    FindLineScanner scanner(*run.pattern);
+    for (;;) {
+        std::pair<int, QString> file;
+        {
+            std::unique_lock<std::mutex> lock(run.mutex);
+            run.wake.wait(lock, [&run] { return run.stop || run.walkDone || !run.queue.empty(); });
+            if (run.stop || run.queue.empty())
+                return;
+            file = std::move(run.queue.front());
+            run.queue.pop_front();
+        }
+        ++run.scannedFiles;
+        const QString &path = file.second;
+        QVector<FindHit> hits;
+        const auto outcome = scanner.scanFile(path, run.stop,
+                                              [&hits, &path](int lineNumber, const QString &text) {
+            hits.append(FindHit{path, QString::number(lineNumber), text});
         });
+        if (outcome == FindLineScanner::Outcome::Binary)
+            ++run.binaryFiles;
+        else if (outcome == FindLineScanner::Outcome::Unreadable)
+            ++run.unreadableFiles;
+        complete(run, file.first, std::move(hits));
     }
-    if (!m_batch.isEmpty() && m_sinceFlush.hasExpired(BatchMilliseconds))
-        flushHits();
 }
 
-void Find::addHit(const QString &path, int lineNumber, const QString &line)
+void Find::complete(Run &run, int sequence, QVector<FindHit> hits)
 {
-    ++m_reportedLines;
-    const QString number = lineNumber > 0 ? QString::number(lineNumber) : QString();
-    Q_EMIT FindFile(path, number, line);
-    QString text = line.trimmed();
-    if (text.size() > MaxHitTextLength) {
-        text.truncate(MaxHitTextLength);
-        text += QStringLiteral("...");
-    }
-    m_batch.append(FindHit{path, number, text});
-    if (m_batch.size() >= BatchHits || m_sinceFlush.hasExpired(BatchMilliseconds))
-        flushHits();
-}
-
-void Find::flushHits()
-{
-    m_sinceFlush.restart();
-    if (m_batch.isEmpty())
+    std::unique_lock<std::mutex> lock(run.mutex);
+    run.completed.emplace(sequence, std::move(hits));
+    // One thread at a time hands hits out, in order, without holding the mutex
+    // (receivers of FindFile may take their time); the others leave theirs to it.
+    if (run.reporting)
         return;
-    Q_EMIT foundHits(m_batch);
-    m_batch.clear();
+    run.reporting = true;
+    for (;;) {
+        QVector<FindHit> ready;
+        for (auto next = run.completed.find(run.nextToReport); next != run.completed.end();
+             next = run.completed.find(++run.nextToReport)) {
+            ready += next->second;
+            run.completed.erase(next);
+        }
+        if (ready.isEmpty()) {
+            run.reporting = false;
+            return;
+        }
+        lock.unlock();
+        for (const FindHit &hit : qAsConst(ready)) {
+            ++run.reportedLines;
+            Q_EMIT FindFile(hit.path, hit.line, hit.text);
+        }
+        run.batch += ready;
+        if (run.batch.size() >= BatchHits || run.sinceFlush.hasExpired(BatchMilliseconds))
+            flush(run);
+        lock.lock();
+    }
+}
+
+// Called by the reporting thread, or once every other thread of the run is done.
+void Find::flush(Run &run)
+{
+    run.sinceFlush.restart();
+    if (run.batch.isEmpty())
+        return;
+    Q_EMIT foundHits(run.batch);
+    run.batch.clear();
 }

@@ -1,17 +1,18 @@
 #pragma once
 
-#include <QElapsedTimer>
+#include "findlinescanner.h"
+
+#include <QFuture>
 #include <QMetaType>
+#include <QObject>
 #include <QRegExp>
-#include <QSet>
 #include <QString>
 #include <QStringList>
-#include <QThread>
 #include <QVector>
 
-#include <atomic>
+#include <memory>
 
-class FindLineScanner;
+class QThreadPool;
 
 /** One result of a search: a matching line, or a listed file when no text is given. */
 struct FindHit
@@ -24,18 +25,22 @@ Q_DECLARE_METATYPE(FindHit)
 Q_DECLARE_METATYPE(QVector<FindHit>)
 
 /**
- * The find-in-files worker: walks a folder tree for the files whose names
+ * The find-in-files search: walks a folder tree for the files whose names
  * match the masks and, when a text is given, reports their matching lines.
  *
- * Each hit is emitted through FindFile (for receivers on the worker thread)
- * and collected into batches that foundHits hands to the GUI thread.
+ * The walk and the reading run on a thread pool (the walk on one thread, the
+ * files spread over the others); the results still come in walk order. Each
+ * hit is emitted through FindFile (on a pool thread) and collected into batches
+ * that foundHits hands to the GUI thread; finished() follows on the thread the
+ * object lives in. A stop ends the run within one block of reading, never by
+ * killing a thread, and every row found until then is still reported.
  */
-class Find : public QThread
+class Find : public QObject
 {
     Q_OBJECT
 public:
     /** Longest line text kept in a hit, in characters. */
-    static constexpr int MaxHitTextLength = 4096;
+    static constexpr int MaxHitTextLength = FindLineScanner::MaxHitTextLength;
 
     explicit Find(QObject *parent = nullptr);
     ~Find() override;
@@ -52,12 +57,23 @@ public:
     QString findText() const { return m_findText; }
 
     /** Rows reported by the current or last run; -1 before the first run. */
-    int reportedLines() const { return m_reportedLines.load(); }
+    int reportedLines() const;
     /** Files looked at by the current or last run; -1 before the first run. */
-    int scannedFiles() const { return m_scannedFiles.load(); }
-    bool isStopRequested() const { return m_stop.load(); }
+    int scannedFiles() const;
+    /** Files of the current or last run left unsearched because they hold binary data. */
+    int binaryFiles() const;
+    /** Files of the current or last run that could not be read. */
+    int unreadableFiles() const;
+    bool isStopRequested() const;
+    /** The last run was stopped before it searched everything. */
+    bool wasStopped() const;
 
-    /** Ends a running search: asks, waits up to 10 s, then terminates. */
+    /** Starts a run with the values set; a running one is stopped first. */
+    void start();
+    bool isRunning() const;
+    /** Blocks until the running search, if any, has ended. */
+    void wait();
+    /** Ends a running search: asks it to stop and waits for it (briefly: one block). */
     void stopFindThread();
 
     /** The masks of a mask text split at "," and ";", blanks trimmed, empty parts dropped. */
@@ -74,15 +90,16 @@ public:
 Q_SIGNALS:
     void FindFile(const QString &path, const QString &line, const QString &text);
     void foundHits(const QVector<FindHit> &hits);
-
-protected:
-    void run() override;
+    /** The run has ended, by itself or by a stop. */
+    void finished();
 
 private:
-    void walk(const QString &folder, const QStringList &masks, FindLineScanner *scanner);
-    void searchFile(const QString &path, FindLineScanner *scanner);
-    void addHit(const QString &path, int lineNumber, const QString &line);
-    void flushHits();
+    struct Run;
+    void execute(const std::shared_ptr<Run> &run);
+    void walk(Run &run, const QString &folder, const QString &parentCanonical);
+    void scanFiles(Run &run);
+    void complete(Run &run, int sequence, QVector<FindHit> hits);
+    void flush(Run &run);
 
     QString m_masks;
     QString m_folder;
@@ -90,12 +107,9 @@ private:
     bool m_wholeWords = false;
     QRegExp::PatternSyntax m_patternSyntax = QRegExp::RegExp;
     bool m_caseSensitive = false;
-    std::atomic<int> m_reportedLines{-1};
-    std::atomic<int> m_scannedFiles{-1};
-    std::atomic<bool> m_stop{false};
 
-    // Worker-thread state of a run.
-    QSet<QString> m_visitedFolders;
-    QVector<FindHit> m_batch;
-    QElapsedTimer m_sinceFlush;
+    QThreadPool *m_pool = nullptr;
+    std::shared_ptr<Run> m_run;
+    QFuture<void> m_future;
+    int m_runNumber = 0;
 };
