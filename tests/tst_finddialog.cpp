@@ -4,6 +4,7 @@
 #include "testsupport.h"
 #include "ui_finddialog.h"
 
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -55,6 +56,35 @@ private Q_SLOTS:
             ui->comboBoxSyntax->setCurrentIndex(i);
             QCOMPARE(dialog.patternSyntax(), order.at(i));
         }
+    }
+
+    // Typed text is taken as typed, never completed from the history.
+    void typedTextStays_data()
+    {
+        QTest::addColumn<QString>("comboName");
+        QTest::addColumn<QString>("history");
+        QTest::addColumn<QString>("typed");
+        QTest::newRow("mask") << "comboBoxFindFiles" << "*.*" << "*";
+        QTest::newRow("folder") << "comboBoxSearchIn" << "/usr/include" << "/usr";
+        QTest::newRow("text") << "comboBoxFindText" << "select *" << "sel";
+    }
+
+    void typedTextStays()
+    {
+        QFETCH(QString, comboName);
+        QFETCH(QString, history);
+        QFETCH(QString, typed);
+        FindDialog dialog(m_dir->path());
+        dialog.show();
+        QApplication::setActiveWindow(&dialog);
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto *combo = dialog.findChild<QComboBox *>(comboName);
+        combo->insertItem(0, history);
+        combo->setCurrentIndex(-1);
+        combo->lineEdit()->clear();
+        combo->setFocus();
+        QTest::keyClicks(combo->lineEdit(), typed);
+        QCOMPARE(combo->currentText(), typed);
     }
 
     // Accepted values are saved and come back the next time.

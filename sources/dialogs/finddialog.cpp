@@ -5,6 +5,7 @@
 #include "settings.h"
 #include "ui_finddialog.h"
 
+#include <QCompleter>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -50,6 +51,14 @@ FindDialog::FindDialog(const QString &folder, QWidget *parent)
     connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &FindDialog::accept);
     connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &FindDialog::reject);
     connect(m_ui->toolButtonBrowse, &QToolButton::clicked, this, &FindDialog::chooseFolder);
+    // What is typed stays as typed: inline completion turned "*" into "*.*" and
+    // "/usr" into "/usr/include" behind the user's back. Earlier entries are
+    // still offered in a list.
+    for (QComboBox *combo : {m_ui->comboBoxFindFiles, m_ui->comboBoxSearchIn,
+                             m_ui->comboBoxFindText}) {
+        combo->completer()->setCompletionMode(QCompleter::PopupCompletion);
+        combo->completer()->setCaseSensitivity(Qt::CaseSensitive);
+    }
     loadSettings(folder);
     changeControl();
 }
