@@ -1,5 +1,7 @@
 #include "findlinescanner.h"
 
+#include "textcodec.h"
+
 #include <QFile>
 #include <QTextCodec>
 #include <QTextDecoder>
@@ -77,33 +79,6 @@ bool isAsciiText(const char *begin, const char *end)
     return any < 0x80;
 }
 
-// The codec a byte-order mark names, or none for UTF-8 and unmarked files.
-QTextCodec *markedCodec(const char *data, qint64 size, int *markLength)
-{
-    const auto *b = reinterpret_cast<const unsigned char *>(data);
-    const char *name = nullptr;
-    if (size >= 4 && b[0] == 0xff && b[1] == 0xfe && b[2] == 0 && b[3] == 0) {
-        name = "UTF-32LE";
-        *markLength = 4;
-    } else if (size >= 4 && b[0] == 0 && b[1] == 0 && b[2] == 0xfe && b[3] == 0xff) {
-        name = "UTF-32BE";
-        *markLength = 4;
-    } else if (size >= 2 && b[0] == 0xff && b[1] == 0xfe) {
-        name = "UTF-16LE";
-        *markLength = 2;
-    } else if (size >= 2 && b[0] == 0xfe && b[1] == 0xff) {
-        name = "UTF-16BE";
-        *markLength = 2;
-    } else if (size >= 3 && b[0] == 0xef && b[1] == 0xbb && b[2] == 0xbf) {
-        *markLength = 3;
-        return nullptr;
-    } else {
-        *markLength = 0;
-        return nullptr;
-    }
-    return QTextCodec::codecForName(name);
-}
-
 } // namespace
 
 /** The bytes of one file as UTF-8: read as they are, or decoded from the marked encoding. */
@@ -161,9 +136,12 @@ struct FindLineScanner::Source
             const qint64 n = readRaw(data, room);
             if (n <= 0)
                 return n;
-            int mark = 0;
-            if (QTextCodec *codec = markedCodec(data, n, &mark)) {
-                decoder.reset(codec->makeDecoder(QTextCodec::IgnoreHeader));
+            const TextCodec::ByteOrderMark bom =
+                TextCodec::byteOrderMark(QByteArray::fromRawData(data, static_cast<int>(n)));
+            const int mark = bom.bytes.size();
+            if (mark > 0 && bom.codec != "UTF-8") {
+                decoder.reset(TextCodec::codecForName(bom.codec)
+                                  ->makeDecoder(QTextCodec::IgnoreHeader));
                 pending = decoder->toUnicode(data + mark, static_cast<int>(n - mark)).toUtf8();
             } else {
                 std::memmove(data, data + mark, static_cast<size_t>(n - mark));
