@@ -1,4 +1,5 @@
 #include "enginelocator.h"
+#include "filenamecodec.h"
 #include "startupoptions.h"
 #include "testsupport.h"
 
@@ -40,6 +41,7 @@ void TestStartup::initTestCase()
                         m_dir.filePath(QStringLiteral("link.sql"))));
     QCOMPARE(mkfifo(QFile::encodeName(m_dir.filePath(QStringLiteral("pipe"))).constData(), 0600),
              0);
+    m_dir.createDir(QFile::decodeName("caf\xE9"));
     QVERIFY(QFile::setPermissions(m_dir.createDir(QStringLiteral("locked")),
                                   QFileDevice::WriteOwner));
 }
@@ -81,6 +83,15 @@ void TestStartup::paths_data()
     QTest::newRow("a third path is left out")
         << QStringList{"src", "src", "out put"} << QStringList{"@/src", "", "@/src", ""}
         << QStringList{"Only two paths can be opened, one for each panel: \"out put\" was left out."};
+    // A name that is not UTF-8 opens as it is and is shown with U+FFFD for the odd byte.
+    const QString latin1 = QFile::decodeName("caf\xE9");
+    QTest::newRow("folder named in another encoding")
+        << QStringList{latin1} << QStringList{"@/" + latin1, "", "", ""} << QStringList();
+    if (FileNameCodec::hasRawBytes(latin1)) {
+        QTest::newRow("missing name in another encoding")
+            << QStringList{"gone " + latin1} << none
+            << QStringList{QString::fromUtf8("\"gone caf\xEF\xBF\xBD\" does not exist")};
+    }
     QTest::newRow("unreadable folder")
         << QStringList{"locked"} << none << QStringList{"\"locked\" cannot be read"};
 }

@@ -1,5 +1,7 @@
 #include "startupoptions.h"
 
+#include "filenamecodec.h"
+
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
@@ -44,7 +46,7 @@ bool wantsHelp(const QCommandLineParser &parser)
 
 QString shown(const QString &path)
 {
-    return QDir::toNativeSeparators(path);
+    return FileNameCodec::displayName(QDir::toNativeSeparators(path));
 }
 
 } // namespace
