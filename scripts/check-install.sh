@@ -21,26 +21,31 @@ mkdir -p "$scratch/home" "$scratch/out"
 mkdir -m 700 "$scratch/runtime"
 project_version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
 
-# Runs the application with a clean environment: a private home, the system
-# PATH only, no library path, offscreen.
-app() {
+# Runs a program with a clean environment: a private home, the system PATH
+# only, no library path and no display.
+console() {
     env -i PATH=/usr/bin:/bin HOME="$scratch/home" XDG_CONFIG_HOME="$scratch/home/config" \
-        XDG_RUNTIME_DIR="$scratch/runtime" QT_QPA_PLATFORM=offscreen "$@"
+        XDG_RUNTIME_DIR="$scratch/runtime" "$@"
+}
+# The same, offscreen.
+app() {
+    console QT_QPA_PLATFORM=offscreen "$@"
 }
 
-# The application at $1 must find the engine $2, which must convert a sample
-# script, and must start and keep running on the sample workspace.
+# The application at $1 must answer --version and --engine-path without a
+# display, find the engine $2, which must convert a sample script, and start
+# and keep running offscreen on the sample workspace.
 check_application() {
     local program=$1 engine=$2
     local version
-    version=$(app "$program" --version)
+    version=$(console "$program" --version)
     [ "$version" = "Morvane Navarch $project_version" ] ||
         { echo "unexpected version '$version'"; exit 1; }
     local found
-    found=$(app "$program" --engine-path)
+    found=$(console "$program" --engine-path)
     [ "$found" = "$engine" ] || { echo "engine found at '$found', expected '$engine'"; exit 1; }
     rm -rf "$scratch/out"/*
-    app "$engine" "/F=$root/samples/sql/orders.sql" "/DIR=$scratch/out" \
+    console "$engine" "/F=$root/samples/sql/orders.sql" "/DIR=$scratch/out" \
         /SOURCE=MSSQL /TARGET=PostgreSQL >/dev/null
     [ -s "$scratch/out/orders.sql" ] || { echo "the engine wrote no output"; exit 1; }
     local status=0
