@@ -66,6 +66,8 @@ install(FILES ${PROJECT_SOURCE_DIR}/resources/images/Morvane.svg
 
 # The newest release in the AppStream data is the version being built.
 file(READ ${desktop}/${NAVARCH_APP_ID}.metainfo.xml metainfo)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+             ${desktop}/${NAVARCH_APP_ID}.metainfo.xml)
 string(REGEX MATCH "<release version=\"([^\"]*)\"" release "${metainfo}")
 if(NOT CMAKE_MATCH_1 STREQUAL PROJECT_VERSION)
     message(FATAL_ERROR "${NAVARCH_APP_ID}.metainfo.xml: the first release is ${CMAKE_MATCH_1}, "
