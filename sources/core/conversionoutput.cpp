@@ -113,6 +113,9 @@ void ConversionOutput::truncate(int size)
 
     if (removedAny)
         m_reportedStale = true;
+    // What was checked of an open candidate may be gone.
+    m_scriptPending.checkedTo = std::min(m_scriptPending.checkedTo, size);
+    m_errorPending.checkedTo = std::min(m_errorPending.checkedTo, size);
 }
 
 ConversionOutput::Outcome ConversionOutput::matchScript(int pos, ScriptMatch *match,
@@ -132,14 +135,20 @@ ConversionOutput::Outcome ConversionOutput::matchScript(int pos, ScriptMatch *ma
         return Outcome::Dead;
     }
     // The shortest match ends at the first ") to" or "\") to" after at least
-    // one name character; a quote anywhere else ends the attempt.
-    for (int i = nameStart + 1; i < n; ++i) {
+    // one name character; a quote anywhere else, or the end of the line, ends
+    // the attempt. A candidate still open resumes where it was left.
+    const int resume = pos == m_scriptPending.pos ? m_scriptPending.checkedTo : 0;
+    for (int i = std::max(nameStart + 1, resume); i < n; ++i) {
         const char c = data[i];
+        if (c == '\n') {
+            *resolvedAt = i;
+            return Outcome::Dead;
+        }
         if (c == '"') {
             int mismatch = i;
             const Prefix p = comparePrefix(m_buffer, i, "\") to", 5, &mismatch);
             if (p == Prefix::Partial)
-                return Outcome::Pending;
+                return pending(&m_scriptPending, pos, i);
             if (p == Prefix::Mismatch) {
                 *resolvedAt = mismatch;
                 return Outcome::Dead;
@@ -150,13 +159,21 @@ ConversionOutput::Outcome ConversionOutput::matchScript(int pos, ScriptMatch *ma
         if (c == ')') {
             const Prefix p = comparePrefix(m_buffer, i, ") to", 4);
             if (p == Prefix::Partial)
-                return Outcome::Pending;
+                return pending(&m_scriptPending, pos, i);
             if (p == Prefix::Full) {
                 *match = ScriptMatch{pos, i + 4, decode(m_buffer, nameStart, i)};
                 return Outcome::Matched;
             }
         }
     }
+    return pending(&m_scriptPending, pos, n);
+}
+
+ConversionOutput::Outcome ConversionOutput::pending(PendingCandidate *candidate, int pos,
+                                                    int checkedTo) const
+{
+    candidate->pos = pos;
+    candidate->checkedTo = checkedTo;
     return Outcome::Pending;
 }
 
@@ -184,7 +201,8 @@ ConversionOutput::Outcome ConversionOutput::matchError(int pos, ErrorMatch *matc
         return Outcome::Pending;
     if (data[tokenStart] == '\'' || data[tokenStart] == '\n')
         return Outcome::Dead;
-    for (int k = tokenStart + 1; k < n; ++k) {
+    const int resume = pos == m_errorPending.pos ? m_errorPending.checkedTo : 0;
+    for (int k = std::max(tokenStart + 1, resume); k < n; ++k) {
         const char c = data[k];
         int end = -1;
         if (c == '\'' || c == '\n') {
@@ -192,7 +210,7 @@ ConversionOutput::Outcome ConversionOutput::matchError(int pos, ErrorMatch *matc
         } else if (c == 'F') {
             const Prefix p = comparePrefix(m_buffer, k, "Failed", 6);
             if (p == Prefix::Partial)
-                return Outcome::Pending;
+                return pending(&m_errorPending, pos, k);
             if (p == Prefix::Full)
                 end = k + 6;
         }
@@ -202,7 +220,7 @@ ConversionOutput::Outcome ConversionOutput::matchError(int pos, ErrorMatch *matc
             return Outcome::Matched;
         }
     }
-    return Outcome::Pending;
+    return pending(&m_errorPending, pos, n);
 }
 
 void ConversionOutput::scanScripts()
@@ -342,7 +360,7 @@ QString ConversionOutput::scriptBefore(int offset) const
 ConversionOutput::ReferenceResult ConversionOutput::referenceScan(const QString &text,
                                                                   int storedCount)
 {
-    QRegExp scriptPattern(QStringLiteral("Converting script \\(\"?([^\"]+)\"?\\) to"),
+    QRegExp scriptPattern(QStringLiteral("Converting script \\(\"?([^\"\n]+)\"?\\) to"),
                           Qt::CaseSensitive);
     scriptPattern.setMinimal(true);
     QVector<int> positions;

@@ -24,7 +24,8 @@ struct ConversionError
  *
  * The engine rewrites its progress line in place ("\rC..."), which removes the
  * buffer's last line before the chunk is appended. Errors are found by two
- * patterns: "Converting script (...) to" opens a script, "line N - unexpected
+ * patterns: "Converting script (...) to" opens a script (its name ends at the
+ * end of its line at the latest), "line N - unexpected
  * token '...'" reports an error in the script opened last. The result is the
  * same as scanning the whole buffer after every chunk, but only the text not
  * yet settled is looked at again, so a run of any length costs linear time.
@@ -90,12 +91,21 @@ private:
         int resolvedAt;
     };
     enum class Outcome { Matched, Dead, Pending };
+    // A candidate that needs more text: where it starts and how far it was
+    // read, so that the next scan goes on from there instead of reading the
+    // whole (possibly very long) line again.
+    struct PendingCandidate
+    {
+        int pos = -1;
+        int checkedTo = 0;
+    };
 
     void truncate(int size);
     void scanScripts();
     void scanErrors();
     Outcome matchScript(int pos, ScriptMatch *match, int *resolvedAt) const;
     Outcome matchError(int pos, ErrorMatch *match) const;
+    Outcome pending(PendingCandidate *candidate, int pos, int checkedTo) const;
     ConversionError errorFor(const ErrorMatch &match) const;
     int firstErrorAfterFirstScript() const;
 
@@ -105,6 +115,8 @@ private:
     QVector<DeadCandidate> m_deadScripts;
     int m_scriptResume = 0;
     int m_errorResume = 0;
+    mutable PendingCandidate m_scriptPending;
+    mutable PendingCandidate m_errorPending;
 
     QVector<ConversionError> m_reported;
     int m_reportedFirst = 0;
