@@ -12,7 +12,11 @@
 #include <QMessageBox>
 #include <QProcessEnvironment>
 #include <QSignalSpy>
-#include <QTextBrowser>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QLabel>
+#include <QScrollBar>
 #include <QTimer>
 #include <QtTest>
 #include <Qsci/qsciscintilla.h>
@@ -237,7 +241,7 @@ private Q_SLOTS:
         QTRY_COMPARE(m_conversion->errors().size(), 1);
         m_window->conversionLogView()->flush();
 
-        QTextBrowser *browser = m_window->form()->textEditLogView;
+        QPlainTextEdit *browser = m_window->form()->textEditLogView;
         const QString plain = browser->toPlainText();
         QVERIFY2(plain.contains(QStringLiteral("Completed 2")), qPrintable(plain));
         QVERIFY(!plain.contains(QStringLiteral("Completed 1")));
@@ -259,6 +263,50 @@ private Q_SLOTS:
         QTRY_COMPARE(open.count(), 1);
         QCOMPARE(open.at(0).at(0).toString(), first);
         QCOMPARE(open.at(0).at(1).toInt(), 3);
+
+        // Beside the log: counters, progress, the error list and its keys.
+        ConversionLogView *view = m_window->conversionLogView();
+        QCOMPARE(view->counters()->text(), QStringLiteral("1 error(s) in 1 script(s)"));
+        QCOMPARE(view->progressBar()->value(), 2);
+        QCOMPARE(view->progressBar()->maximum(), 2);
+        QTest::keyClick(m_window.get(), Qt::Key_F9);
+        QCOMPARE(view->errorList()->currentIndex().row(), 0);
+        QCOMPARE(browser->textCursor().selectedText(), linkText + QStringLiteral(" Unexpected token 'oops'"));
+        QTest::keyClick(view->errorList(), Qt::Key_Return);
+        QTRY_COMPARE(open.count(), 2);
+        QCOMPARE(open.at(1).at(0).toString(), first);
+
+        // Find wraps round; Save writes the whole output.
+        QVERIFY(view->find(QStringLiteral("Completed")));
+        QCOMPARE(browser->textCursor().selectedText(), QStringLiteral("Completed"));
+        QVERIFY(!view->find(QStringLiteral("no such text")));
+        const QString saved = m_dir->filePath(QStringLiteral("run.log"));
+        QString error;
+        QVERIFY2(view->saveTo(saved, &error), qPrintable(error));
+        QFile file(saved);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), m_conversion->output());
+    }
+
+    void logFollowsEndOnlyAtBottom()
+    {
+        m_window->show();
+        m_window->ShowConversionLog();
+        QPlainTextEdit *log = m_window->form()->textEditLogView;
+        startRun(QStringLiteral("ticks 100000 2 tick"));
+        QScrollBar *bar = log->verticalScrollBar();
+        QTRY_VERIFY(bar->maximum() > 50);
+        QTRY_COMPARE(bar->value(), bar->maximum());
+        // Scrolled up to read: the view stays where the reader is.
+        bar->setValue(10);
+        const int maximum = bar->maximum();
+        QTRY_VERIFY(bar->maximum() > maximum + 20);
+        QCOMPARE(bar->value(), 10);
+        // Back at the bottom: it follows again.
+        bar->setValue(bar->maximum());
+        const int again = bar->maximum();
+        QTRY_VERIFY(bar->maximum() > again + 20);
+        QTRY_COMPARE(bar->value(), bar->maximum());
     }
 
     void pauseReachesOnlyItsOwnEngine()

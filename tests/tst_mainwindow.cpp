@@ -18,7 +18,7 @@
 #include <QDialog>
 #include <QMenu>
 #include <QMessageBox>
-#include <QTextBrowser>
+#include <QPlainTextEdit>
 #include <QToolBar>
 #include <QTreeWidget>
 #include <Qsci/qsciscintilla.h>
@@ -228,7 +228,7 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         Panel *leftPanel = window.panelManager()->leftPanel();
         Panel *rightPanel = window.panelManager()->rightPanel();
-        QTextBrowser *log = window.form()->textEditLogView;
+        QPlainTextEdit *log = window.form()->textEditLogView;
 
         // F6 copies from either side to the other.
         QTreeWidget *tree = selectRow(leftPanel, "a");
@@ -256,7 +256,7 @@ private Q_SLOTS:
         QTest::keyClick(leftPanel->editor()->editorWidget(), Qt::Key_F3);
         QVERIFY(!window.findAction()->isEnabled());
         // F5 in the left editor runs the conversion as well.
-        QSignalSpy logged(log, &QTextEdit::textChanged);
+        QSignalSpy logged(log, &QPlainTextEdit::textChanged);
         QTest::keyClick(leftPanel->editor()->editorWidget(), Qt::Key_F5);
         QTRY_VERIFY(!logged.isEmpty());
         QTRY_COMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));

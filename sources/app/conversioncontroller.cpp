@@ -128,7 +128,25 @@ void ConversionController::runOrPause(const QMap<QString, QString> &options,
         engine->appendLog(QStringLiteral("The engine settings file '%1' was not found; the engine "
                                          "runs with its own defaults.")
                               .arg(QDir::toNativeSeparators(WorkingFolder::iniPath())));
+    Q_EMIT runStarted(scriptCount(selection));
     Q_EMIT pauseMode(false);
+}
+
+int ConversionController::scriptCount(const QStringList &selection)
+{
+    int count = 0;
+    for (const QString &entry : selection) {
+        const QFileInfo info(entry);
+        if (info.isFile()) {
+            ++count;
+            continue;
+        }
+        // "*.*" stands for every file, as the engine reads it.
+        const QString mask = info.fileName() == QLatin1String("*.*") ? QStringLiteral("*")
+                                                                     : info.fileName();
+        count += info.dir().entryList({mask}, QDir::Files).size();
+    }
+    return count;
 }
 
 void ConversionController::startFailed()

@@ -47,6 +47,8 @@ public:
 
     /** Folders among @p paths become "folder/<mask>" entries, one per ";"-separated mask. */
     static QStringList applyMask(const QStringList &paths, const QString &mask);
+    /** How many scripts @p selection names: a folder mask counts the files it matches now. */
+    static int scriptCount(const QStringList &selection);
     /** "1.5 s", "2 min 03 s". */
     static QString formatDuration(qint64 milliseconds);
 
@@ -58,6 +60,8 @@ Q_SIGNALS:
     void runFinished();
     /** Something the user must read is in the log: a run that could not start. */
     void logRequested();
+    /** The engine was started on about @p scripts scripts (folder masks counted as they stand now). */
+    void runStarted(int scripts);
 
 public Q_SLOTS:
     void StopConversion();

@@ -176,8 +176,19 @@ void MainWindow::setupConversion()
     conversion->setSourceConversionOption(source.first, source.second);
     const auto target = ConversionOptionsDialog::storedKeys(conversion->nameMap(), QStringLiteral("Target"));
     conversion->setTargetConversionOption(target.first, target.second);
-    m_logView = new ConversionLogView(m_ui->textEditLogView, conversion, this);
+    m_logView = new ConversionLogView(m_ui->textEditLogView, conversion);
     connect(m_logView, &ConversionLogView::openFileAtLine, this, &MainWindow::openLogLink);
+    connect(m_controller, &ConversionController::runStarted, m_logView,
+            [this](int scripts) { m_logView->setRunning(true, scripts); });
+    connect(m_controller, &ConversionController::runFinished, m_logView, [this] {
+        m_logView->setRunning(false);
+        m_logView->outputChanged();
+    });
+    // The error keys work wherever the focus is, and bring the log up.
+    for (QAction *action : {m_logView->nextErrorAction(), m_logView->previousErrorAction()}) {
+        addAction(action);
+        connect(action, &QAction::triggered, this, &MainWindow::ShowConversionLog);
+    }
 }
 
 void MainWindow::openLogLink(const QString &path, int line)

@@ -301,6 +301,7 @@ ConversionError ConversionOutput::errorFor(const ErrorMatch &match) const
         error.file = (it - 1)->name;
     error.line = match.line;
     error.message = QStringLiteral("Unexpected token '%1'").arg(match.token);
+    error.position = match.pos;
     return error;
 }
 
@@ -339,6 +340,16 @@ QVector<ConversionError> ConversionOutput::allErrors() const
     for (int i = firstErrorAfterFirstScript(); i < m_found.size(); ++i)
         errors.append(errorFor(m_found.at(i)));
     return errors;
+}
+
+int ConversionOutput::errorCount() const
+{
+    return m_found.size() - firstErrorAfterFirstScript();
+}
+
+ConversionError ConversionOutput::errorAt(int index) const
+{
+    return errorFor(m_found.at(firstErrorAfterFirstScript() + index));
 }
 
 int ConversionOutput::scriptsWithErrors() const

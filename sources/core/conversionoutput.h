@@ -12,6 +12,8 @@ struct ConversionError
     QString file;
     int line = 0;
     QString message;
+    /** Where the error's line starts in the output buffer. */
+    int position = -1;
 
     bool operator==(const ConversionError &other) const
     {
@@ -55,6 +57,12 @@ public:
     QVector<ConversionError> allErrors() const;
     /** The number of different scripts among allErrors(). */
     int scriptsWithErrors() const;
+    /** How many errors allErrors() holds, without building it. */
+    int errorCount() const;
+    /** Error @p index of allErrors(). */
+    ConversionError errorAt(int index) const;
+    /** How many "Converting script" lines were seen. */
+    int scriptCount() const { return m_scripts.size(); }
     /** The script whose "Converting script" line is the last one starting before @p offset. */
     QString scriptBefore(int offset) const;
     /** The lowest buffer offset removed or rewritten since the last call. */

@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <cstring>
 #include <unistd.h>
 
@@ -53,9 +54,13 @@ bool terminateTree(long long processId)
     return signalGroup(processId, SIGKILL, "SIGKILL");
 }
 
-void makeGroupLeader()
+void prepareChild()
 {
     ::setpgid(0, 0);
+#ifdef F_SETPIPE_SZ
+    // A failure leaves the system's size: nothing to report from here.
+    ::fcntl(STDOUT_FILENO, F_SETPIPE_SZ, 1 << 20);
+#endif
 }
 
 void adoptGroup(long long processId)

@@ -21,9 +21,11 @@ void suspendOrResume(unsigned long processId, bool suspend);
 
 /**
  * Off Windows: called in the child between fork and exec, makes it the leader
- * of a process group of its own. Async-signal-safe.
+ * of a process group of its own, and widens its output pipe where the system
+ * allows, so that a fast engine waits less for the window to read.
+ * Async-signal-safe.
  */
-void makeGroupLeader();
+void prepareChild();
 /** The parent's half of the same, against a signal sent before the child got there. */
 void adoptGroup(long long processId);
 

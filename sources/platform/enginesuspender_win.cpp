@@ -105,7 +105,7 @@ bool terminateTree(long long processId)
     return ended;
 }
 
-void makeGroupLeader()
+void prepareChild()
 {
 }
 

@@ -10,5 +10,5 @@ EngineProcess::EngineProcess(QObject *parent)
 
 void EngineProcess::setupChildProcess()
 {
-    EngineSuspender::makeGroupLeader();
+    EngineSuspender::prepareChild();
 }

@@ -11,6 +11,9 @@
 //   ticks N MS TEXT      print "TEXT <i>" N times, MS apart; on the stop event
 //                        print "Stopped" and exit 0
 //   flood BYTES          print BYTES of engine-like output
+//   lines N [MS]         print N lines of engine-like output: a script line
+//                        every 20 lines, an error in two scripts of five;
+//                        MS milliseconds of work after every 1000 lines
 //   exit CODE            exit with CODE
 //   crash                die from a signal
 //   child FILE           start a child process that sleeps a minute; its
@@ -78,6 +81,27 @@ void flood(long long bytes)
         write(block);
 }
 
+void printLines(long count, long pause)
+{
+    std::string block;
+    for (long line = 0; line < count; ++line) {
+        const long script = line / 20;
+        if (line % 20 == 0)
+            block += "Converting script (\"/data/in/script" + std::to_string(script) + ".sql\") to PostgreSQL\n";
+        else if (line % 20 == 9 && script % 5 < 2)
+            block += "line 9 - unexpected token 'GO'\n";
+        else
+            block += "  statement " + std::to_string(line) + " converted without remarks\n";
+        if (block.size() > 60000 || (pause > 0 && line % 1000 == 999)) {
+            write(block);
+            block.clear();
+        }
+        if (pause > 0 && line % 1000 == 999)
+            std::this_thread::sleep_for(std::chrono::milliseconds(pause));
+    }
+    write(block);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -127,6 +151,11 @@ int main(int argc, char **argv)
                 write(label + " " + std::to_string(i) + "\n");
                 std::this_thread::sleep_for(std::chrono::milliseconds(ms));
             }
+        } else if (command == "lines") {
+            std::istringstream parts(rest);
+            long count = 0, pause = 0;
+            parts >> count >> pause;
+            printLines(count, pause);
         } else if (command == "flood") {
             flood(std::atoll(rest.c_str()));
         } else if (command == "exit") {
