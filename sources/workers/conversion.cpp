@@ -38,11 +38,12 @@ Conversion::Conversion(QObject *parent)
         parseDirectionInfo(path);
     }
     m_directionList.sort(Qt::CaseSensitive);
-    m_program = QStringLiteral("morvane");
+    m_request.program = QStringLiteral("morvane");
     m_parameters.insert(QStringLiteral("/D="), QStringLiteral("FIXED"));
-    m_outputDir = QStringLiteral("c:/");
-    m_ddlFolder = WorkingFolder::path();
-    m_copyFolder = WorkingFolder::path() + QStringLiteral("Encoded");
+    m_request.outputFolder = QStringLiteral("c:/");
+    m_request.ddlFolder = WorkingFolder::path();
+    m_request.copyFolder = WorkingFolder::path() + QStringLiteral("Encoded");
+    m_request.listFile = WorkingFolder::path() + QStringLiteral("ffile.txt");
     qDebug() << "Conversion::Conversion" << QThread::currentThread();
 
     // Error messages of the engine belong in the log as much as its output.
@@ -111,8 +112,8 @@ QString Conversion::resolvedProgram(QString *reason) const
 {
     QString why;
     QString found;
-    if (m_program.contains(QLatin1Char('/')) || m_program.contains(QLatin1Char('\\'))) {
-        const QFileInfo info(m_program);
+    if (m_request.program.contains(QLatin1Char('/')) || m_request.program.contains(QLatin1Char('\\'))) {
+        const QFileInfo info(m_request.program);
         if (!info.exists())
             why = QStringLiteral("does not exist");
         else if (!info.isFile() || !info.isExecutable())
@@ -120,7 +121,7 @@ QString Conversion::resolvedProgram(QString *reason) const
         else
             found = info.absoluteFilePath();
     } else {
-        found = EngineLocator::find(m_program);
+        found = EngineLocator::find(m_request.program);
         if (found.isEmpty()) {
             const QStringList folders = EngineLocator::folders();
             why = QStringLiteral("was not found beside the application (%1), in %2 or on PATH")
@@ -135,16 +136,13 @@ QString Conversion::resolvedProgram(QString *reason) const
 
 void Conversion::setEncodings(const QString &source, const QString &target)
 {
-    m_sourceEncoding = source;
-    m_targetEncoding = target;
+    m_request.sourceEncoding = source;
+    m_request.targetEncoding = target;
 }
 
 EngineRequest Conversion::request() const
 {
-    EngineRequest request;
-    request.program = m_program;
-    request.files = m_files;
-    request.outputFolder = m_outputDir;
+    EngineRequest request = m_request;
     request.source = m_parameters.value(QStringLiteral("/SOURCE="));
     request.target = m_parameters.value(QStringLiteral("/TARGET="));
     request.nameMap = m_nameMap;
@@ -153,13 +151,6 @@ EngineRequest Conversion::request() const
         if (m_parameters.contains(name))
             request.sideOptions.insert(name, m_parameters.value(name));
     }
-    request.options = m_options;
-    request.sourceEncoding = m_sourceEncoding;
-    request.targetEncoding = m_targetEncoding;
-    request.defaultIni = m_defaultIni;
-    request.ddlFolder = m_ddlFolder;
-    request.copyFolder = m_copyFolder;
-    request.listFile = WorkingFolder::path() + QStringLiteral("ffile.txt");
     return request;
 }
 
@@ -205,7 +196,7 @@ bool Conversion::start()
     for (const QString &note : command.notes)
         appendLog(note);
 
-    const QString outputDir = QDir::toNativeSeparators(m_outputDir);
+    const QString outputDir = QDir::toNativeSeparators(m_request.outputFolder);
     if (!QFileInfo(outputDir).isDir()) {
         appendLog(QStringLiteral("The output folder '%1' does not exist; nothing was converted.")
                       .arg(outputDir));
@@ -213,7 +204,7 @@ bool Conversion::start()
     }
     if (program.isEmpty()) {
         appendLog(QStringLiteral("The conversion engine '%1' %2; nothing was converted.")
-                      .arg(m_program, reason));
+                      .arg(m_request.program, reason));
         return false;
     }
     prepareStopEvent();
@@ -328,10 +319,10 @@ void Conversion::setTargetConversionOption(QString database, QString api)
 
 void Conversion::setFile(QStringList absolutePathFile)
 {
-    m_files = absolutePathFile;
+    m_request.files = absolutePathFile;
 }
 
 void Conversion::setOutputDir(QString outputDir)
 {
-    m_outputDir = outputDir;
+    m_request.outputFolder = outputDir;
 }

@@ -39,26 +39,26 @@ public:
     const QMap<QString, QString> &nameMap() const { return m_nameMap; }
     const QStringList &directionList() const { return m_directionList; }
     const QMap<QString, QString> &parameters() const { return m_parameters; }
-    QString program() const { return m_program; }
+    QString program() const { return m_request.program; }
 
     /**
      * The engine to run: a path, or a bare name that is looked for beside the
      * application and then on PATH. "morvane" by default.
      */
-    void setEngineProgram(const QString &program) { m_program = program; }
+    void setEngineProgram(const QString &program) { m_request.program = program; }
     /** The engine as it will be started, or empty with @p reason when none is found. */
     QString resolvedProgram(QString *reason = nullptr) const;
 
     /** The option map of the option dialogs ("/U", "/P", "/PRJF=", " ", ...). */
-    void setEngineOptions(const QMap<QString, QString> &options) { m_options = options; }
+    void setEngineOptions(const QMap<QString, QString> &options) { m_request.options = options; }
     /** The encodings of the sources and of the converted files; empty for no switch. */
     void setEncodings(const QString &source, const QString &target);
     /** The INI passed when the options name none; empty for none. */
-    void setDefaultIni(const QString &path) { m_defaultIni = path; }
+    void setDefaultIni(const QString &path) { m_request.defaultIni = path; }
     /** Where a default "tables_ddl.sql" is looked for. */
-    void setDdlFolder(const QString &folder) { m_ddlFolder = folder; }
+    void setDdlFolder(const QString &folder) { m_request.ddlFolder = folder; }
     /** Where a re-encoded copy of the tables DDL file is written. */
-    void setCopyFolder(const QString &folder) { m_copyFolder = folder; }
+    void setCopyFolder(const QString &folder) { m_request.copyFolder = folder; }
     /** What the next start() hands to engineCommand(). */
     EngineRequest request() const;
 
@@ -113,16 +113,10 @@ private:
     QMap<QString, QString> m_nameMap;
     QMap<QString, QString> m_parameters;
     QStringList m_directionList;
-    QString m_ddlFolder;
-    QStringList m_files;
-    QString m_outputDir;
-    QString m_program;
+    // What the dialogs and the window set; the direction and side options
+    // come from the parameter map at each start.
+    EngineRequest m_request;
     ConversionOutput m_output;
-    QString m_copyFolder;
-    QMap<QString, QString> m_options;
-    QString m_sourceEncoding;
-    QString m_targetEncoding;
-    QString m_defaultIni;
     StopConversion *m_stopper = nullptr;
     QByteArray m_input;
     QString m_startedProgram;
