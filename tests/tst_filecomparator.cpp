@@ -4,6 +4,7 @@
 #include <QLoggingCategory>
 #include <QRandomGenerator>
 #include <QRegExp>
+#include <QScopeGuard>
 
 namespace {
 
@@ -17,6 +18,7 @@ struct Reference
     QVector<int> left;
     QVector<int> right;
     std::vector<int> common;
+    std::vector<int> commonRight;
 };
 
 Reference referenceCompare(const QVector<quint16> &l, const QVector<quint16> &r)
@@ -32,6 +34,7 @@ Reference referenceCompare(const QVector<quint16> &l, const QVector<quint16> &r)
     for (int i = 0, j = 0; i < nL && j < nR && t[i][j] != 0;) {
         if (l[i] == r[j]) {
             ref.common.push_back(i);
+            ref.commonRight.push_back(j);
             pairedLeft[i++] = pairedRight[j++] = true;
         } else if (t[i][j] == t[i + 1][j]) {
             ++i;
@@ -55,14 +58,16 @@ quint16 regExpSignature(const QString &text)
     for (const QString &piece : pieces) {
         if (piece.trimmed().isEmpty())
             continue;
-        sum = static_cast<quint16>(sum + qChecksum(piece.toLatin1().constData(),
-                                                   static_cast<uint>(piece.size())));
+        const QByteArray bytes = piece.toUtf8();
+        sum = static_cast<quint16>(sum + qChecksum(bytes.constData(), uint(bytes.size())));
     }
     return sum;
 }
 
-void fill(FileComparator &c, const QStringList &left, const QStringList &right)
+void fill(FileComparator &c, const QStringList &left, const QStringList &right,
+          FileComparator::Options options = FileComparator::IgnoreWhitespace)
 {
+    c.setOptions(options);
     for (int i = 0; i < left.size(); ++i)
         c.addLine(left.at(i), i, LeftPart);
     for (int j = 0; j < right.size(); ++j)
@@ -101,23 +106,38 @@ void TestFileComparator::lines_data()
     QTest::addColumn<QVector<int>>("leftDiff");
     QTest::addColumn<QVector<int>>("rightDiff");
     QTest::addColumn<std::vector<int>>("common");
+    QTest::addColumn<int>("options");
     using L = QStringList;
     using V = QVector<int>;
     using C = std::vector<int>;
-    QTest::newRow("both empty") << L() << L() << V() << V() << C();
-    QTest::newRow("left empty") << L() << L{"a", "b"} << V() << V{0, 1} << C();
-    QTest::newRow("right empty") << L{"a", "b"} << L() << V{0, 1} << V() << C();
-    QTest::newRow("spacing between words") << L{"a  b"} << L{"a b"} << V() << V() << C{0};
-    QTest::newRow("indentation") << L{"  a"} << L{"a"} << V() << V() << C{0};
-    QTest::newRow("space after comma counts") << L{"a,b"} << L{"a, b"} << V{0} << V{0} << C();
-    QTest::newRow("case counts") << L{"Abc"} << L{"abc"} << V{0} << V{0} << C();
-    QTest::newRow("reordered words are equal") << L{"a b"} << L{"b a"} << V() << V() << C{0};
-    QTest::newRow("blank equals empty") << L{"   \t"} << L{""} << V() << V() << C{0};
-    QTest::newRow("x y x against x") << L{"x", "y", "x"} << L{"x"} << V{1, 2} << V() << C{0};
+    const int W = FileComparator::IgnoreWhitespace;
+    const int I = FileComparator::IgnoreCase;
+    QTest::newRow("both empty") << L() << L() << V() << V() << C() << W;
+    QTest::newRow("left empty") << L() << L{"a", "b"} << V() << V{0, 1} << C() << W;
+    QTest::newRow("right empty") << L{"a", "b"} << L() << V{0, 1} << V() << C() << W;
+    QTest::newRow("spacing between words") << L{"a  b"} << L{"a b"} << V() << V() << C{0} << W;
+    QTest::newRow("indentation") << L{"  a"} << L{"a"} << V() << V() << C{0} << W;
+    QTest::newRow("space after comma counts") << L{"a,b"} << L{"a, b"} << V{0} << V{0} << C() << W;
+    QTest::newRow("case counts") << L{"Abc"} << L{"abc"} << V{0} << V{0} << C() << W;
+    QTest::newRow("reordered words are equal") << L{"a b"} << L{"b a"} << V() << V() << C{0} << W;
+    QTest::newRow("blank equals empty") << L{"   \t"} << L{""} << V() << V() << C{0} << W;
+    QTest::newRow("x y x against x") << L{"x", "y", "x"} << L{"x"} << V{1, 2} << V() << C{0} << W;
     QTest::newRow("insertion in the middle")
-        << L{"a", "b", "c"} << L{"a", "new", "b", "c"} << V() << V{1} << C{0, 1, 2};
+        << L{"a", "b", "c"} << L{"a", "new", "b", "c"} << V() << V{1} << C{0, 1, 2} << W;
     QTest::newRow("change after common prefix")
-        << L{"a", "b", "c", "d"} << L{"a", "b", "X", "d"} << V{2} << V{2} << C{0, 1, 3};
+        << L{"a", "b", "c", "d"} << L{"a", "b", "X", "d"} << V{2} << V{2} << C{0, 1, 3} << W;
+    // Lines that Latin-1 would turn into question marks alike.
+    QTest::newRow("Cyrillic comments differ")
+        << L{"-- Клиенты", "select 1;"} << L{"-- Продажа", "select 1;"} << V{0} << V{0} << C{1}
+        << W;
+    QTest::newRow("CJK identifiers differ")
+        << L{"select 顧客 from t;"} << L{"select 販売 from t;"} << V{0} << V{0} << C() << W;
+    QTest::newRow("indentation counts without ignoring white space")
+        << L{"  a", "b c"} << L{"a", "b  c"} << V{0, 1} << V{0, 1} << C() << 0;
+    QTest::newRow("ignore case")
+        << L{"SELECT Id FROM T;"} << L{"select id from t;"} << V() << V() << C{0} << (W | I);
+    QTest::newRow("ignore case, non-ASCII")
+        << L{"-- ÉTAT Клиенты"} << L{"-- état клиенты"} << V() << V() << C{0} << I;
 }
 
 void TestFileComparator::lines()
@@ -127,8 +147,9 @@ void TestFileComparator::lines()
     QFETCH(QVector<int>, leftDiff);
     QFETCH(QVector<int>, rightDiff);
     QFETCH(std::vector<int>, common);
+    QFETCH(int, options);
     FileComparator c;
-    fill(c, left, right);
+    fill(c, left, right, FileComparator::Options(options));
     QVERIFY(c.compare());
     QCOMPARE(diffs(c, LeftPart), leftDiff);
     QCOMPARE(diffs(c, RightPart), rightDiff);
@@ -186,10 +207,15 @@ void TestFileComparator::bitRowsMatchPlainTable_data()
     QTest::addColumn<int>("maxLines");
     QTest::addColumn<int>("alphabet");
     QTest::addColumn<int>("rounds");
-    QTest::newRow("short, few symbols") << 12 << 3 << 400;
-    QTest::newRow("word-sized, few symbols") << 70 << 4 << 200;
-    QTest::newRow("several words, many symbols") << 200 << 30 << 60;
-    QTest::newRow("several words, two symbols") << 150 << 2 << 60;
+    QTest::addColumn<int>("interval"); // rows between kept rows; 0 chooses by size
+    QTest::newRow("short, few symbols") << 12 << 3 << 400 << 0;
+    QTest::newRow("word-sized, few symbols") << 70 << 4 << 200 << 0;
+    QTest::newRow("several words, many symbols") << 200 << 30 << 60 << 0;
+    QTest::newRow("several words, two symbols") << 150 << 2 << 60 << 0;
+    QTest::newRow("every row kept") << 40 << 3 << 150 << 1;
+    QTest::newRow("blocks of two") << 40 << 3 << 150 << 2;
+    QTest::newRow("blocks of seven") << 130 << 5 << 80 << 7;
+    QTest::newRow("one block") << 30 << 3 << 150 << 1000;
 }
 
 void TestFileComparator::bitRowsMatchPlainTable()
@@ -197,6 +223,9 @@ void TestFileComparator::bitRowsMatchPlainTable()
     QFETCH(int, maxLines);
     QFETCH(int, alphabet);
     QFETCH(int, rounds);
+    QFETCH(int, interval);
+    FileComparator::setCheckpointInterval(interval);
+    const auto restore = qScopeGuard([] { FileComparator::setCheckpointInterval(0); });
     QRandomGenerator rng(20240501u + static_cast<quint32>(maxLines * 31 + alphabet));
     const auto word = [&] { return QStringLiteral("w%1").arg(rng.bounded(alphabet)); };
     const auto signatures = [](const QStringList &lines) {
@@ -230,17 +259,20 @@ void TestFileComparator::bitRowsMatchPlainTable()
         const Reference ref = referenceCompare(signatures(left), signatures(right));
         std::vector<int> common;
         c.getCommonLines(common);
+        std::vector<int> commonRight;
+        c.getCommonLines(commonRight, RightPart);
         const QByteArray what =
             left.join(QLatin1Char(' ')).toUtf8() + " | " + right.join(QLatin1Char(' ')).toUtf8();
         QVERIFY2(diffs(c, LeftPart) == ref.left, what.constData());
         QVERIFY2(diffs(c, RightPart) == ref.right, what.constData());
         QVERIFY2(common == ref.common, what.constData());
+        QVERIFY2(commonRight == ref.commonRight, what.constData());
     }
 }
 
 void TestFileComparator::tooLargeIsRefused()
 {
-    FileComparator::setMemoryLimit(1024);
+    FileComparator::setMemoryLimit(256);
     FileComparator c;
     for (int i = 0; i < 200; ++i) {
         c.addLine(QStringLiteral("l%1").arg(i), i, LeftPart);
