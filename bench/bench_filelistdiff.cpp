@@ -26,8 +26,7 @@ double compareFolders(const QString &a, const QString &b, int criteria, FolderDi
 {
     QElapsedTimer timer;
     timer.start();
-    const auto lists = FolderComparison::listFolders(a, b, criteria);
-    *out = FolderComparison::compare(lists.first, lists.second);
+    *out = FolderComparison::compareFolders(a, b, criteria);
     return timer.nsecsElapsed() / 1e9;
 }
 

@@ -13,6 +13,8 @@
 #include <QStatusBar>
 #include <QTreeWidget>
 
+#include <sys/stat.h>
+
 namespace {
 
 enum Mark { None, Different, Absent, Hidden };
@@ -71,6 +73,23 @@ private:
     QAction *m_byContent = nullptr;
     QAction *m_markedOnly = nullptr;
     FileListDiff *m_diff = nullptr;
+
+    // Triggers @p action and waits for the comparison it starts on the worker.
+    void run(QAction *action)
+    {
+        QSignalSpy done(m_diff, &FileListDiff::comparisonDone);
+        action->trigger();
+        if (m_diff->isComparing())
+            QVERIFY(done.wait(20000));
+    }
+
+    void changePath(Panel *panel, const QString &path)
+    {
+        QSignalSpy done(m_diff, &FileListDiff::comparisonDone);
+        panel->changePath(path);
+        if (m_diff->isComparing())
+            QVERIFY(done.wait(20000));
+    }
 
     // The mark of each file row of a panel, by file name.
     QMap<QString, Mark> marks(Panel *panel) const
@@ -173,33 +192,53 @@ private Q_SLOTS:
         }
     }
 
-    // Equal content gives equal signatures, a byte changed in the last partial block does not;
-    // what cannot be read signs as 0.
-    void contentSignature()
+    void sameContent_data()
     {
-        QByteArray noise(64000 * 2 + 2017, Qt::Uninitialized);
+        QTest::addColumn<QByteArray>("first");
+        QTest::addColumn<QByteArray>("second");
+        QTest::addColumn<bool>("same");
+        QByteArray noise(600 * 1024 + 17, Qt::Uninitialized); // more than two read blocks
         QRandomGenerator random(11);
         for (char &c : noise)
             c = char(random.bounded(256));
-        auto signature = [this](const QString &name) {
-            return FolderComparison::contentSignature(m_dir->filePath(name));
-        };
-        m_dir->createFile("a.bin", noise);
-        // The signature is the 16-bit sum of Qt's CRC over 2000-byte blocks.
-        quint16 expected = 0;
-        for (int at = 0; at < noise.size(); at += 2000)
-            expected += qChecksum(noise.constData() + at, uint(qMin(2000, noise.size() - at)));
-        QCOMPARE(signature("a.bin"), expected);
-        m_dir->createFile("copy.bin", noise);
-        noise[noise.size() - 1] = char(noise.at(noise.size() - 1) ^ 1);
-        m_dir->createFile("changed.bin", noise);
-        QCOMPARE(signature("copy.bin"), signature("a.bin"));
-        QVERIFY(signature("changed.bin") != signature("a.bin"));
-        m_dir->createFile("empty.bin");
-        QCOMPARE(signature("empty.bin"), quint16(0));
-        QCOMPARE(signature("missing.bin"), quint16(0));
-        QVERIFY(QFile::link(m_dir->filePath("missing.bin"), m_dir->filePath("dangling.bin")));
-        QCOMPARE(signature("dangling.bin"), quint16(0));
+        const int half = noise.size() / 2;
+        QByteArray swapped = noise.mid(half) + noise.left(half);
+        QByteArray lastByte = noise;
+        lastByte[lastByte.size() - 1] = char(lastByte.at(lastByte.size() - 1) ^ 1);
+        // Two 2000-byte blocks in either order: equal under a sum of block checksums.
+        const QByteArray a(2000, 'a'), b = QByteArray("select 1;\n").repeated(200);
+        QTest::newRow("same bytes") << noise << noise << true;
+        QTest::newRow("halves swapped") << noise << swapped << false;
+        QTest::newRow("blocks swapped") << a + b << b + a << false;
+        QTest::newRow("last byte") << noise << lastByte << false;
+        QTest::newRow("both empty") << QByteArray() << QByteArray() << true;
+        QTest::newRow("prefix") << noise.left(100) << noise.left(101) << false;
+    }
+
+    void sameContent()
+    {
+        QFETCH(QByteArray, first);
+        QFETCH(QByteArray, second);
+        QFETCH(bool, same);
+        QCOMPARE(FolderComparison::sameContent(m_dir->createFile("1.bin", first),
+                                               m_dir->createFile("2.bin", second)),
+                 same);
+    }
+
+    // What cannot be read as a regular file differs from everything, without blocking.
+    void unreadableDiffers()
+    {
+        const QString file = m_dir->createFile("a.sql", "x");
+        const QString fifo = m_dir->filePath("fifo.sql");
+        QCOMPARE(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        QVERIFY(QFile::link(fifo, m_dir->filePath("fifolink.sql")));
+        QVERIFY(QFile::link(m_dir->filePath("missing"), m_dir->filePath("dangling.sql")));
+        const QString unreadable = m_dir->createFile("unreadable.sql", "x");
+        QFile::setPermissions(unreadable, QFileDevice::WriteOwner);
+        for (const char *name : {"fifo.sql", "fifolink.sql", "dangling.sql", "missing"})
+            QVERIFY2(!FolderComparison::sameContent(file, m_dir->filePath(name)), name);
+        if (!QFileInfo(unreadable).isReadable()) // root reads anything
+            QVERIFY(!FolderComparison::sameContent(file, unreadable));
     }
 
     void marks_data()
@@ -214,7 +253,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, byContent);
         QFETCH(QStringList, different);
-        (byContent ? m_byContent : m_bySize)->trigger();
+        run(byContent ? m_byContent : m_bySize);
         QMap<QString, Mark> left{{"left.sql", Absent}, {"A.SQL", Absent}};
         QMap<QString, Mark> right{{"right.sql", Absent}, {"a.sql", Absent}};
         for (const QString name : {"same.sql", "sizeonly.sql", "longer.sql", "sub", "empty.txt"})
@@ -230,13 +269,13 @@ private Q_SLOTS:
     void followsFolderChanges()
     {
         m_dir->createFile("L2/same.sql", "abcdef");
-        m_bySize->trigger();
+        run(m_bySize);
         QCOMPARE(marks(m_left).value("left.sql"), Absent);
-        m_left->changePath(m_dir->filePath("L2"));
+        changePath(m_left, m_dir->filePath("L2"));
         QCOMPARE(marks(m_left), (QMap<QString, Mark>{{"same.sql", Different}}));
         QCOMPARE(marks(m_right).value("right.sql"), Absent);
 
-        m_bySize->trigger(); // off
+        run(m_bySize); // off
         QCOMPARE(marks(m_left), (QMap<QString, Mark>{{"same.sql", None}}));
         QCOMPARE(marks(m_right).value("right.sql"), None);
         m_left->changePath(m_dir->filePath("L"));
@@ -245,8 +284,8 @@ private Q_SLOTS:
 
     void showMarkedOnly()
     {
-        m_byContent->trigger();
-        m_markedOnly->trigger();
+        run(m_byContent);
+        run(m_markedOnly);
         // Folders stay shown.
         QCOMPARE(marks(m_left), (QMap<QString, Mark>{{"same.sql", Hidden}, {"empty.txt", Hidden},
             {"sizeonly.sql", Different}, {"longer.sql", Different}, {"left.sql", Absent},
@@ -254,20 +293,22 @@ private Q_SLOTS:
         QCOMPARE(marks(m_right).value("same.sql"), Hidden);
 
         // Unchecking re-runs the active mode, size first when both are on.
-        m_bySize->trigger();
+        run(m_bySize);
         QCOMPARE(marks(m_left).value("sizeonly.sql"), Hidden);
-        m_markedOnly->trigger();
+        run(m_markedOnly);
         QCOMPARE(marks(m_left).value("sizeonly.sql"), None);
         QCOMPARE(marks(m_left).value("longer.sql"), Different);
         QCOMPARE(m_diff->lastDifferences().different, QStringList{"longer.sql"});
 
-        m_bySize->trigger();
-        m_markedOnly->trigger();
-        m_markedOnly->trigger();
+        run(m_bySize);
+        run(m_markedOnly);
+        run(m_markedOnly);
         QCOMPARE(m_diff->lastDifferences().different, (QStringList{"longer.sql", "sizeonly.sql"}));
     }
 
-    void largeFolders()
+    // Twenty thousand files a side, by content on the worker; Cancel stops a run and
+    // turns its mode off.
+    void largeFoldersAndCancel()
     {
         for (int i = 0; i < 20000; ++i) {
             const QString name = QStringLiteral("f%1.sql").arg(i);
@@ -275,12 +316,31 @@ private Q_SLOTS:
             if (i % 1000 != 0)
                 m_dir->createFile("BIG2/" + name, QByteArray::number(i % 1000 == 1 ? -i : i));
         }
-        const FolderDifferences d = FolderComparison::compare(
-            FolderComparison::listFiles(m_dir->filePath("BIG1"), COMPARE_BY_CONTENT),
-            FolderComparison::listFiles(m_dir->filePath("BIG2"), COMPARE_BY_CONTENT));
-        QCOMPARE(d.onlyInFirst.size(), 20);
+        m_left->changePath(m_dir->filePath("BIG1"));
+        m_right->changePath(m_dir->filePath("BIG2"));
+        qRegisterMetaType<Qt::CursorShape>();
+        QSignalSpy waiting(m_diff, &FileListDiff::turnWaitingMode);
+        run(m_byContent);
+        QCOMPARE(waiting.count(), 2);
+        QCOMPARE(waiting.at(0).at(0).value<Qt::CursorShape>(), Qt::BusyCursor);
+        QCOMPARE(waiting.at(1).at(0).value<Qt::CursorShape>(), Qt::ArrowCursor);
+        const FolderDifferences d = m_diff->lastDifferences();
+        // No panel has the focus: the right one comes first.
+        QCOMPARE(d.onlyInSecond.size(), 20);
         QCOMPARE(d.different.size(), 20);
-        QVERIFY(d.onlyInSecond.isEmpty());
+        QVERIFY(d.onlyInFirst.isEmpty());
+        QCOMPARE(marks(m_left).value("f1.sql"), Different);
+        QCOMPARE(marks(m_left).value("f1000.sql"), Absent);
+
+        run(m_byContent); // off
+        QSignalSpy done(m_diff, &FileListDiff::comparisonDone);
+        m_bySize->trigger();
+        QVERIFY(m_diff->stop());
+        QVERIFY(done.wait(20000));
+        QVERIFY(!m_bySize->isChecked());
+        QCOMPARE(marks(m_left).value("f1000.sql"), None);
+        changePath(m_left, m_dir->filePath("L")); // the mode no longer follows
+        QVERIFY(!m_diff->isComparing());
     }
 };
 

@@ -1,15 +1,24 @@
 #include "filelistdiff.h"
 
 #include "filesystemview.h"
+#include "foldercomparisonworker.h"
 #include "panel.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QDebug>
 
 FileListDiff::FileListDiff(QObject *parent)
     : QObject(parent)
+    , m_worker(new FolderComparisonWorker(this))
 {
+    connect(m_worker, &FolderComparisonWorker::finished, this, &FileListDiff::showDifferences);
+    connect(m_worker, &FolderComparisonWorker::cancelled, this,
+            &FileListDiff::comparisonCancelled);
+}
+
+bool FileListDiff::isComparing() const
+{
+    return m_worker->isRunning();
 }
 
 void FileListDiff::setup(QAction *compareBySizeAction, QAction *compareByContentAction,
@@ -62,6 +71,8 @@ void FileListDiff::compareFilesBySize()
         follow(m_sizeConnections, &FileListDiff::compareBySize);
         return;
     }
+    if (m_criteria == COMPARE_BY_SIZE)
+        m_worker->stop();
     unfollow(m_sizeConnections);
     refreshPanels();
     if (m_showMarkedOnly->isChecked())
@@ -75,6 +86,8 @@ void FileListDiff::compareFilesByContent()
         follow(m_contentConnections, &FileListDiff::compareByContent);
         return;
     }
+    if (m_criteria == COMPARE_BY_CONTENT)
+        m_worker->stop();
     unfollow(m_contentConnections);
     refreshPanels();
     if (m_showMarkedOnly->isChecked())
@@ -112,29 +125,47 @@ void FileListDiff::compareBy(COMPARE_CRITERIA criteria)
     const bool firstIsActive = m_firstPanel->isActive();
     Panel *first = firstIsActive ? m_firstPanel : m_secondPanel;
     Panel *second = firstIsActive ? m_secondPanel : m_firstPanel;
-    FileSystemView *firstView = first->fileSystemView();
-    FileSystemView *secondView = second->fileSystemView();
-    firstView->updateFileView();
-    secondView->updateFileView();
+    m_firstView = first->fileSystemView();
+    m_secondView = second->fileSystemView();
+    m_firstView->updateFileView();
+    m_secondView->updateFileView();
+    m_criteria = criteria;
+    const bool wasRunning = m_worker->isRunning();
+    m_worker->start(m_firstView->currentPath(), m_secondView->currentPath(), criteria);
+    if (!wasRunning)
+        Q_EMIT turnWaitingMode(Qt::BusyCursor);
+}
 
-    // Reading every file by content can take a while on the GUI thread.
-    const bool slow = criteria == COMPARE_BY_CONTENT;
-    if (slow)
-        QApplication::setOverrideCursor(Qt::BusyCursor);
-    const auto lists = FolderComparison::listFolders(firstView->currentPath(),
-                                                     secondView->currentPath(), criteria);
-    m_last = FolderComparison::compare(lists.first, lists.second);
-    if (slow)
-        QApplication::restoreOverrideCursor();
+bool FileListDiff::stop()
+{
+    return m_worker->stop();
+}
 
-    qDebug() << "Different files: " << m_last.different.size();
-    firstView->markFiles(m_last.different, FileSystemView::DifferentMark);
-    secondView->markFiles(m_last.different, FileSystemView::DifferentMark);
-    qDebug() << "Absent files: " << m_last.onlyInFirst;
-    firstView->markFiles(m_last.onlyInFirst, FileSystemView::AbsentMark);
-    qDebug() << "Absent files: " << m_last.onlyInSecond;
-    secondView->markFiles(m_last.onlyInSecond, FileSystemView::AbsentMark);
+void FileListDiff::showDifferences(const FolderDifferences &differences)
+{
+    Q_EMIT turnWaitingMode(Qt::ArrowCursor);
+    m_last = differences;
+    if (m_firstView && m_secondView) {
+        qDebug() << "Different files: " << m_last.different.size();
+        m_firstView->markFiles(m_last.different, FileSystemView::DifferentMark);
+        m_secondView->markFiles(m_last.different, FileSystemView::DifferentMark);
+        qDebug() << "Absent files: " << m_last.onlyInFirst;
+        m_firstView->markFiles(m_last.onlyInFirst, FileSystemView::AbsentMark);
+        qDebug() << "Absent files: " << m_last.onlyInSecond;
+        m_secondView->markFiles(m_last.onlyInSecond, FileSystemView::AbsentMark);
+        if (m_showMarkedOnly->isChecked())
+            hideUnmarked();
+    }
+    Q_EMIT comparisonDone();
+}
 
-    if (m_showMarkedOnly->isChecked())
-        hideUnmarked();
+void FileListDiff::comparisonCancelled()
+{
+    Q_EMIT turnWaitingMode(Qt::ArrowCursor);
+    // A mode whose comparison was cancelled is off: it would run again on the next
+    // folder change otherwise.
+    QAction *action = m_criteria == COMPARE_BY_SIZE ? m_compareBySize : m_compareByContent;
+    action->setChecked(false);
+    unfollow(m_criteria == COMPARE_BY_SIZE ? m_sizeConnections : m_contentConnections);
+    Q_EMIT comparisonDone();
 }

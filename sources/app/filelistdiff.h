@@ -2,9 +2,13 @@
 
 #include "foldercomparison.h"
 
+#include <QPointer>
+
 #include <QMetaObject>
 #include <QObject>
 
+class FileSystemView;
+class FolderComparisonWorker;
 class Panel;
 class QAction;
 
@@ -12,7 +16,8 @@ class QAction;
  * Marks, in both panels, the files that differ between the two panels'
  * folders (by size or by content) and the files present on one side only;
  * follows folder changes while a comparison mode is on, and can hide every
- * unmarked file.
+ * unmarked file. The folders are listed and read on a worker thread; the
+ * marks go into both panels at once when it is done.
  */
 class FileListDiff : public QObject
 {
@@ -26,6 +31,13 @@ public:
 
     /** The outcome of the last comparison. */
     const FolderDifferences &lastDifferences() const { return m_last; }
+    /** Whether a comparison is being made on the worker. */
+    bool isComparing() const;
+
+Q_SIGNALS:
+    void turnWaitingMode(Qt::CursorShape cursor);
+    /** A comparison ended and its marks are shown (or it was cancelled). */
+    void comparisonDone();
 
 public Q_SLOTS:
     void compareFilesBySize();
@@ -34,8 +46,12 @@ public Q_SLOTS:
     void compareByContent(const QString &path);
     void toggleUnselected();
     void compareBy(COMPARE_CRITERIA criteria);
+    /** Cancels a comparison in progress (its mode is turned off); true when one ran. */
+    bool stop();
 
 private:
+    void showDifferences(const FolderDifferences &differences);
+    void comparisonCancelled();
     void follow(QMetaObject::Connection (&connections)[2], void (FileListDiff::*slot)(const QString &));
     void unfollow(QMetaObject::Connection (&connections)[2]);
     void refreshPanels();
@@ -49,4 +65,9 @@ private:
     QMetaObject::Connection m_sizeConnections[2];
     QMetaObject::Connection m_contentConnections[2];
     FolderDifferences m_last;
+    FolderComparisonWorker *m_worker = nullptr;
+    // What the run in progress compares.
+    QPointer<FileSystemView> m_firstView;
+    QPointer<FileSystemView> m_secondView;
+    COMPARE_CRITERIA m_criteria = COMPARE_BY_SIZE;
 };

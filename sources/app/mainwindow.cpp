@@ -263,6 +263,7 @@ void MainWindow::setupSearch()
             });
 
     m_fileListDiff = new FileListDiff(this);
+    connect(m_fileListDiff, &FileListDiff::turnWaitingMode, this, &MainWindow::turnWaitingMode);
     m_fileListDiff->setup(m_ui->actionSelect_Different_by_Size,
                           m_ui->actionSelect_Different_by_Content, m_ui->actionShow_Selected,
                           m_panelManager->leftPanel(), m_panelManager->rightPanel());
@@ -344,6 +345,8 @@ void MainWindow::stopThread()
 {
     if (m_findScript)
         m_findScript->stopFind();
+    if (m_fileListDiff)
+        m_fileListDiff->stop();
     m_panelManager->cancelCopy();
 }
 

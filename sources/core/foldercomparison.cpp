@@ -3,62 +3,20 @@
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QSet>
 
-#include <array>
+#include <algorithm>
 #include <cstring>
 #include <thread>
+#include <vector>
 
 namespace {
 
-constexpr int SignatureBlock = 2000;
-// Blocks are read several at a time; each still gets its own checksum.
-constexpr int BlocksPerRead = 32;
-
-// qChecksum's CRC-16 (ISO 3309: reflected polynomial 0x8408, initial and final
-// value 0xffff) computed eight bytes at a time; qChecksum itself goes by nibbles.
-using CrcTables = std::array<std::array<quint16, 256>, 8>;
-
-CrcTables makeCrcTables()
-{
-    CrcTables tables{};
-    for (int i = 0; i < 256; ++i) {
-        quint16 crc = quint16(i);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc & 1) ? quint16((crc >> 1) ^ 0x8408) : quint16(crc >> 1);
-        tables[0][i] = crc;
-    }
-    for (int k = 1; k < 8; ++k) {
-        for (int i = 0; i < 256; ++i) {
-            const quint16 previous = tables[k - 1][i];
-            tables[k][i] = quint16((previous >> 8) ^ tables[0][previous & 0xff]);
-        }
-    }
-    return tables;
-}
-
-quint16 crc16(const char *data, size_t length)
-{
-    static const CrcTables t = makeCrcTables();
-    const auto *p = reinterpret_cast<const unsigned char *>(data);
-    quint32 crc = 0xffff;
-#if Q_BYTE_ORDER == Q_LITTLE_ENDIAN
-    while (length >= 8) {
-        quint64 word;
-        std::memcpy(&word, p, 8);
-        word ^= crc;
-        crc = t[7][word & 0xff] ^ t[6][(word >> 8) & 0xff] ^ t[5][(word >> 16) & 0xff]
-            ^ t[4][(word >> 24) & 0xff] ^ t[3][(word >> 32) & 0xff] ^ t[2][(word >> 40) & 0xff]
-            ^ t[1][(word >> 48) & 0xff] ^ t[0][word >> 56];
-        p += 8;
-        length -= 8;
-    }
-#endif
-    while (length--)
-        crc = (crc >> 8) ^ t[0][(crc ^ *p++) & 0xff];
-    return quint16(~crc & 0xffff);
-}
+constexpr qint64 ReadBlock = 256 * 1024;
+// A value no size takes: the second file of a pair whose bytes differ gets it.
+constexpr qint64 DifferentContent = -1;
 
 QStringList namesMissingFrom(const FileList &list, const QSet<QString> &other)
 {
@@ -70,67 +28,104 @@ QStringList namesMissingFrom(const FileList &list, const QSet<QString> &other)
     return missing;
 }
 
+bool stopped(const std::atomic<bool> *stop)
+{
+    return stop && stop->load(std::memory_order_relaxed);
+}
+
 } // namespace
 
-FileList FolderComparison::listFiles(const QString &folder, int criteria)
+FileList FolderComparison::listFiles(const QString &folder)
 {
     FileList files;
     // The default listing: no hidden entries, sorted by name ignoring case.
     const QFileInfoList entries = QDir(folder).entryInfoList();
     files.reserve(entries.size());
     for (const QFileInfo &entry : entries) {
-        if (entry.isDir())
-            continue;
-        qint64 value = 0;
-        if (criteria == COMPARE_BY_SIZE)
-            value = entry.size();
-        else if (criteria == COMPARE_BY_CONTENT)
-            value = contentSignature(entry.absolutePath() + QLatin1Char('/') + entry.fileName());
-        files.append(qMakePair(entry.fileName(), value));
+        if (!entry.isDir())
+            files.append(qMakePair(entry.fileName(), entry.size()));
     }
     return files;
 }
 
-QPair<FileList, FileList> FolderComparison::listFolders(const QString &first,
-                                                        const QString &second, int criteria)
+bool FolderComparison::sameContent(const QString &first, const QString &second,
+                                   const std::atomic<bool> *stop)
 {
-    QPair<FileList, FileList> lists;
-    if (criteria != COMPARE_BY_CONTENT) {
-        lists.first = listFiles(first, criteria);
-        lists.second = listFiles(second, criteria);
-        return lists;
+    // Only regular files are opened: a FIFO or a device would block or never end.
+    if (!QFileInfo(first).isFile() || !QFileInfo(second).isFile())
+        return false;
+    QFile a(first);
+    QFile b(second);
+    if (!a.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
+        || !b.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return false;
+    QByteArray bufferA(int(ReadBlock), Qt::Uninitialized);
+    QByteArray bufferB(int(ReadBlock), Qt::Uninitialized);
+    for (;;) {
+        if (stopped(stop))
+            return false;
+        const qint64 readA = a.read(bufferA.data(), ReadBlock);
+        if (readA < 0)
+            return false;
+        // Fill the same length from the other file, however its reads come.
+        qint64 readB = 0;
+        while (readB < readA) {
+            const qint64 got = b.read(bufferB.data() + readB, readA - readB);
+            if (got <= 0)
+                return false;
+            readB += got;
+        }
+        if (readA == 0) {
+            char extra;
+            return b.read(&extra, 1) == 0;
+        }
+        if (std::memcmp(bufferA.constData(), bufferB.constData(), size_t(readA)) != 0)
+            return false;
     }
-    // Reading every file is the slow part: the two sides are read side by side.
-    std::thread other([&lists, &second, criteria] { lists.second = listFiles(second, criteria); });
-    lists.first = listFiles(first, criteria);
-    other.join();
-    return lists;
 }
 
-quint16 FolderComparison::contentSignature(const QString &path)
+FolderDifferences FolderComparison::compareFolders(const QString &first, const QString &second,
+                                                   int criteria, const std::atomic<bool> *stop)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return 0;
-    QByteArray buffer(SignatureBlock * BlocksPerRead, Qt::Uninitialized);
-    quint16 sum = 0;
-    qint64 pending = 0; // bytes of a block cut short by a read
-    for (;;) {
-        const qint64 read = file.read(buffer.data() + pending, buffer.size() - pending);
-        if (read <= 0) {
-            if (pending > 0)
-                sum = quint16(sum + crc16(buffer.constData(), size_t(pending)));
-            break;
+    const FileList firstList = listFiles(first);
+    FileList secondList = listFiles(second);
+    if (criteria == COMPARE_BY_CONTENT) {
+        // Files of different sizes differ without a read; those of equal size are read.
+        QHash<QString, qint64> firstSizes;
+        firstSizes.reserve(firstList.size());
+        for (const auto &entry : firstList)
+            firstSizes.insert(entry.first, entry.second);
+        std::vector<int> candidates;
+        for (int k = 0; k < secondList.size(); ++k) {
+            const auto it = firstSizes.constFind(secondList.at(k).first);
+            if (it != firstSizes.constEnd() && *it == secondList.at(k).second)
+                candidates.push_back(k);
         }
-        const qint64 available = pending + read;
-        qint64 offset = 0;
-        for (; offset + SignatureBlock <= available; offset += SignatureBlock)
-            sum = quint16(sum + crc16(buffer.constData() + offset, SignatureBlock));
-        pending = available - offset;
-        if (pending > 0 && offset > 0)
-            std::memmove(buffer.data(), buffer.constData() + offset, size_t(pending));
+        std::vector<char> differs(candidates.size(), 0);
+        std::atomic<size_t> nextCandidate{0};
+        const QString firstPrefix = first + QLatin1Char('/');
+        const QString secondPrefix = second + QLatin1Char('/');
+        const auto work = [&] {
+            for (size_t c = nextCandidate++; c < candidates.size() && !stopped(stop);
+                 c = nextCandidate++) {
+                const QString &name = secondList.at(candidates[c]).first;
+                differs[c] = !sameContent(firstPrefix + name, secondPrefix + name, stop);
+            }
+        };
+        const unsigned helpers =
+            std::min<unsigned>(std::max(1U, std::thread::hardware_concurrency()), 8U) - 1;
+        std::vector<std::thread> threads;
+        for (unsigned t = 0; t < helpers && t + 1 < candidates.size(); ++t)
+            threads.emplace_back(work);
+        work();
+        for (std::thread &thread : threads)
+            thread.join();
+        for (size_t c = 0; c < candidates.size(); ++c) {
+            if (differs[c])
+                secondList[candidates[c]].second = DifferentContent;
+        }
     }
-    return sum;
+    return compare(firstList, secondList);
 }
 
 FolderDifferences FolderComparison::compare(const FileList &first, const FileList &second)

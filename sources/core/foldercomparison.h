@@ -5,10 +5,12 @@
 #include <QStringList>
 #include <QVector>
 
+#include <atomic>
+
 /** What a file is compared by. */
 enum COMPARE_CRITERIA {
     COMPARE_BY_SIZE = 0,   // the size in bytes
-    COMPARE_BY_CONTENT = 1 // the content signature
+    COMPARE_BY_CONTENT = 1 // the bytes themselves
 };
 
 /** The files of one folder, in listing order: name and compared value. */
@@ -24,23 +26,29 @@ struct FolderDifferences
 
 /**
  * The widget-free part of folder comparison: listing a folder's files with
- * their values, and matching two lists by exact (case-sensitive) name.
+ * their sizes, reading the files that may be equal, and matching two lists by
+ * exact (case-sensitive) name.
  */
 class FolderComparison
 {
 public:
-    /** The files (not folders) of @p folder in its default listing order, valued by @p criteria. */
-    static FileList listFiles(const QString &folder, int criteria);
-
-    /** Both folders' lists; by content the two are read at the same time. */
-    static QPair<FileList, FileList> listFolders(const QString &first, const QString &second,
-                                                 int criteria);
+    /** The files (not folders) of @p folder in its default listing order, valued by size. */
+    static FileList listFiles(const QString &folder);
 
     /**
-     * The 16-bit sum of the CRC-16 checksums of the file's 2000-byte blocks.
-     * An empty file, and a file that cannot be read, have the signature 0.
+     * Compares the files of two folders. By content, only files of equal size are
+     * read, each once, both of a pair at the same time, and only as far as the
+     * first differing byte; pairs are spread over the cores. A file that is not a
+     * regular file, or that cannot be read, differs from every file. Setting
+     * @p stop ends the reading early; the result is then incomplete.
      */
-    static quint16 contentSignature(const QString &path);
+    static FolderDifferences compareFolders(const QString &first, const QString &second,
+                                            int criteria,
+                                            const std::atomic<bool> *stop = nullptr);
+
+    /** Whether two regular files hold the same bytes; false when either cannot be read. */
+    static bool sameContent(const QString &first, const QString &second,
+                            const std::atomic<bool> *stop = nullptr);
 
     /** Matches the two lists by name; same results as comparing every pair. */
     static FolderDifferences compare(const FileList &first, const FileList &second);
