@@ -599,6 +599,12 @@ void Edit::markLine(int line)
         m_editor->markerAdd(line, DiffMarker);
 }
 
+void Edit::clearMarkedLines()
+{
+    if (m_editor)
+        m_editor->markerDeleteAll(DiffMarker);
+}
+
 bool Edit::isLineMarked(int line) const
 {
     return m_editor && (m_editor->markersAtLine(line) & (1 << DiffMarker));

@@ -50,6 +50,8 @@ public:
     /** Replaces the whole text; the result counts as the unmodified document. */
     void setText(const QString &text);
     void markLine(int line);
+    /** Removes the marks that markLine() set. */
+    void clearMarkedLines();
     bool isLineMarked(int line) const;
     void goToLine(int line);
     int currentLine() const;

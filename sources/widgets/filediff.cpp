@@ -1,14 +1,38 @@
 #include "filediff.h"
-#include "filecomparator.h"
 #include "panel.h"
+
+#include <Qsci/qsciscintilla.h>
+#include <Qsci/qscistyle.h>
 
 #include <QAction>
 #include <QDebug>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QToolBar>
 
 #include <algorithm>
+
+namespace {
+
+// Rows shown above a hunk when stepping to it.
+constexpr int ContextRows = 2;
+
+const QsciStyle &fillerStyle()
+{
+    static const QsciStyle style(-1, QStringLiteral("Diff filler"), QColor(160, 160, 160),
+                                 QColor(238, 238, 238), QFont());
+    return style;
+}
+
+int bytePosition(QsciScintilla *editor, int line, const QString &text, int index)
+{
+    return int(editor->SendScintilla(QsciScintillaBase::SCI_POSITIONFROMLINE, line))
+           + text.leftRef(index).toUtf8().size();
+}
+
+} // namespace
 
 FileDiff::FileDiff(QAction *compareAction, QMainWindow *mainWindow, Panel *leftPanel,
                    Panel *rightPanel)
@@ -30,6 +54,15 @@ FileDiff::FileDiff(QAction *compareAction, QMainWindow *mainWindow, Panel *leftP
     m_diffOnlyAction = new QAction(tr("Show diff only"), this);
     m_diffOnlyAction->setCheckable(true);
     connect(m_diffOnlyAction, &QAction::triggered, this, &FileDiff::showDiffOnly);
+    // Options of the line comparison: they decide which lines are equal, so a
+    // change compares the two texts again.
+    m_ignoreWhitespaceAction = new QAction(tr("Ignore whitespace"), this);
+    m_ignoreWhitespaceAction->setCheckable(true);
+    m_ignoreWhitespaceAction->setChecked(true);
+    m_ignoreCaseAction = new QAction(tr("Ignore case"), this);
+    m_ignoreCaseAction->setCheckable(true);
+    for (QAction *option : {m_ignoreWhitespaceAction, m_ignoreCaseAction})
+        connect(option, &QAction::triggered, this, &FileDiff::compareAgain);
 
     m_toolBar = new QToolBar(mainWindow);
     m_toolBar->setObjectName(QStringLiteral("diffToolBar"));
@@ -37,6 +70,9 @@ FileDiff::FileDiff(QAction *compareAction, QMainWindow *mainWindow, Panel *leftP
     m_toolBar->addAction(m_prevAction);
     m_toolBar->addAction(m_diffOnlyAction);
     m_toolBar->addAction(m_closeAction);
+    m_toolBar->addSeparator();
+    m_toolBar->addAction(m_ignoreWhitespaceAction);
+    m_toolBar->addAction(m_ignoreCaseAction);
     if (mainWindow)
         mainWindow->addToolBar(m_toolBar);
     m_toolBar->hide();
@@ -46,11 +82,28 @@ FileDiff::~FileDiff()
 {
     for (const QMetaObject::Connection &c : qAsConst(m_closeConnections))
         disconnect(c);
+    unlinkScrolling();
     if (m_leftPanel && m_rightPanel && m_leftPanel->closeEdit() && m_rightPanel->closeEdit()) {
         m_toolBar->hide();
         if (m_compareAction)
             m_compareAction->setEnabled(true);
     }
+}
+
+Edit *FileDiff::editor(Part part) const
+{
+    const Panel *panel = part == LeftPart ? m_leftPanel.data() : m_rightPanel.data();
+    return panel ? panel->editor() : nullptr;
+}
+
+FileComparator::Options FileDiff::options() const
+{
+    FileComparator::Options result = FileComparator::NoOption;
+    if (m_ignoreWhitespaceAction->isChecked())
+        result |= FileComparator::IgnoreWhitespace;
+    if (m_ignoreCaseAction->isChecked())
+        result |= FileComparator::IgnoreCase;
+    return result;
 }
 
 void FileDiff::showDiffFiles()
@@ -70,6 +123,17 @@ void FileDiff::compareFiles(const QString &leftFile, const QString &rightFile)
         startComparison(leftFile, rightFile);
 }
 
+void FileDiff::compareAgain()
+{
+    // The texts in the editors, as they are now; with no editor, the selections.
+    const Edit *left = editor(LeftPart);
+    const Edit *right = editor(RightPart);
+    if (left && right && m_comparator)
+        startComparison(left->filePath(), right->filePath());
+    else
+        showDiffFiles();
+}
+
 void FileDiff::startComparison(const QString &leftFile, const QString &rightFile)
 {
     for (const QMetaObject::Connection &c : qAsConst(m_closeConnections))
@@ -84,14 +148,19 @@ void FileDiff::startComparison(const QString &leftFile, const QString &rightFile
     if (m_compareAction)
         m_compareAction->setEnabled(false);
     m_toolBar->show();
+    clearDecorations();
 
-    // A side whose file did not open (unreadable, or the user kept the document open
-    // before it) would be compared as empty: the comparison is not made.
+    // A file already open in its panel is compared as the editor holds it, edits
+    // and all: opening it again would ask to save them, or lose them. A side whose
+    // file did not open (unreadable, or the user kept another document open before
+    // it) would be compared as empty: the comparison is not made.
     const auto opened = [](Panel *panel, const QString &file) {
-        panel->openEditFile(file, false);
+        if (!panel->editor() || panel->editor()->filePath() != file)
+            panel->openEditFile(file, false);
         return panel->editor() && panel->editor()->filePath() == file;
     };
     auto comparator = std::make_unique<FileComparator>();
+    comparator->setOptions(options());
     const bool leftOpened = opened(m_leftPanel, leftFile);
     if (leftOpened)
         m_leftPanel->addLinesTo(*comparator, true);
@@ -108,19 +177,31 @@ void FileDiff::startComparison(const QString &leftFile, const QString &rightFile
         m_nextAction->setEnabled(false);
         m_prevAction->setEnabled(false);
         m_comparator.reset();
+        m_hunks.clear();
+        m_rows.clear();
         return;
     }
     m_comparator = std::move(comparator);
 
-    if (m_comparator->getDiffCount(LeftPart) == 0 && m_comparator->getDiffCount(RightPart) == 0) {
-        m_nextAction->setEnabled(false);
-        m_prevAction->setEnabled(false);
-    } else {
-        m_nextAction->setEnabled(true);
-        m_prevAction->setEnabled(true);
+    std::vector<int> leftCommon;
+    std::vector<int> rightCommon;
+    m_comparator->getCommonLines(leftCommon, LeftPart);
+    m_comparator->getCommonLines(rightCommon, RightPart);
+    m_hunks = DiffAlignment::hunks(leftCommon, rightCommon, editor(LeftPart)->lineCount(),
+                                   editor(RightPart)->lineCount());
+    // A new comparison keeps the place the last stepping left, within the new hunks.
+    m_leftPosition = m_rightPosition = qMin(m_rightPosition, m_hunks.size() - 1);
+    m_nextAction->setEnabled(!m_hunks.isEmpty());
+    m_prevAction->setEnabled(!m_hunks.isEmpty());
+    // Editors kept open from an earlier comparison still carry its marks.
+    editor(LeftPart)->clearMarkedLines();
+    editor(RightPart)->clearMarkedLines();
+    if (m_comparator->getDiffCount(LeftPart) != 0 || m_comparator->getDiffCount(RightPart) != 0) {
         markDifferences(m_leftPanel, LeftPart);
         markDifferences(m_rightPanel, RightPart);
     }
+    layOut();
+    linkScrolling();
 }
 
 void FileDiff::markDifferences(Panel *panel, int part)
@@ -139,55 +220,194 @@ void FileDiff::markDifferences(Panel *panel, int part)
     }
 }
 
-void FileDiff::stepSide(Panel *panel, int part, int position)
+void FileDiff::layOut()
 {
-    if (!m_comparator)
+    Edit *left = editor(LeftPart);
+    Edit *right = editor(RightPart);
+    if (!left || !right)
         return;
-    const Part side = static_cast<Part>(part);
-    const int count = m_comparator->getDiffCount(side);
-    m_nextAction->setEnabled(position + 1 < count);
-    m_prevAction->setEnabled(position - 1 >= 0);
-    const int line = m_comparator->getDiff(side, position);
-    if (line >= 0) {
-        qDebug() << "Diff" << line << "Index" << position << "Count diff" << count;
-        if (Edit *edit = panel ? panel->editor() : nullptr)
-            edit->goToLine(line);
+    m_rows = DiffAlignment::rows(m_hunks, left->lineCount(), right->lineCount(),
+                                 m_diffOnlyAction->isChecked());
+    m_changed[LeftPart].clear();
+    m_changed[RightPart].clear();
+    const FileComparator::Options opts = options();
+    for (const DiffRow &row : qAsConst(m_rows)) {
+        if (!row.changed || row.left < 0 || row.right < 0)
+            continue;
+        QVector<DiffRange> leftRanges;
+        QVector<DiffRange> rightRanges;
+        DiffAlignment::changedRanges(left->lineText(row.left), right->lineText(row.right), opts,
+                                     leftRanges, rightRanges);
+        m_changed[LeftPart].insert(row.left, leftRanges);
+        m_changed[RightPart].insert(row.right, rightRanges);
+    }
+    decorate(LeftPart);
+    decorate(RightPart);
+    if (QScrollBar *bar = left->verticalScrollBar())
+        scrolled(LeftPart, bar->value());
+}
+
+void FileDiff::decorate(Part part)
+{
+    Edit *edit = editor(part);
+    QsciScintilla *sci = edit ? edit->editorWidget() : nullptr;
+    if (!sci)
+        return;
+    clearDecorations(edit);
+    m_decorated[part] = edit;
+
+    // Only the rows' lines stay visible ("show diff only" leaves out the common ones).
+    const int lines = sci->lines();
+    std::vector<bool> shown(size_t(lines), false);
+    for (const DiffRow &row : qAsConst(m_rows)) {
+        const int line = row.line(part);
+        if (line >= 0 && line < lines)
+            shown[size_t(line)] = true;
+    }
+    for (int line = 1; line < lines;) { // the editor cannot hide its first line
+        if (shown[size_t(line)]) {
+            ++line;
+            continue;
+        }
+        int end = line;
+        while (end + 1 < lines && !shown[size_t(end + 1)])
+            ++end;
+        sci->SendScintilla(QsciScintillaBase::SCI_HIDELINES, line, end);
+        line = end + 1;
+    }
+
+    m_top[part] = 0;
+    sci->setAnnotationDisplay(QsciScintilla::AnnotationStandard);
+    for (const DiffFiller &filler : DiffAlignment::fillers(m_rows, part)) {
+        if (filler.line < 0) {
+            // Nothing can be drawn above the first line: this side scrolls that
+            // many rows behind the other instead.
+            m_top[part] = filler.count;
+            continue;
+        }
+        QStringList blanks;
+        for (int k = 0; k < filler.count; ++k)
+            blanks << QStringLiteral(" ");
+        sci->annotate(filler.line, blanks.join(QLatin1Char('\n')), fillerStyle());
+    }
+
+    sci->indicatorDefine(QsciScintilla::StraightBoxIndicator, ChangeIndicator);
+    sci->setIndicatorForegroundColor(QColor(200, 40, 40, 90), ChangeIndicator);
+    sci->setIndicatorDrawUnder(true, ChangeIndicator);
+    sci->SendScintilla(QsciScintillaBase::SCI_SETINDICATORCURRENT, ChangeIndicator);
+    for (auto it = m_changed[part].cbegin(); it != m_changed[part].cend(); ++it) {
+        const QString text = edit->lineText(it.key());
+        for (const DiffRange &range : it.value()) {
+            const int from = bytePosition(sci, it.key(), text, range.start);
+            const int to = bytePosition(sci, it.key(), text, range.start + range.length);
+            sci->SendScintilla(QsciScintillaBase::SCI_INDICATORFILLRANGE, from, to - from);
+        }
+    }
+}
+
+void FileDiff::clearDecorations(Edit *edit)
+{
+    QsciScintilla *sci = edit ? edit->editorWidget() : nullptr;
+    if (!sci)
+        return;
+    sci->clearAnnotations();
+    sci->SendScintilla(QsciScintillaBase::SCI_SHOWLINES, 0, qMax(0, sci->lines() - 1));
+    sci->SendScintilla(QsciScintillaBase::SCI_SETINDICATORCURRENT, ChangeIndicator);
+    sci->SendScintilla(QsciScintillaBase::SCI_INDICATORCLEARRANGE, 0, sci->length());
+}
+
+void FileDiff::clearDecorations()
+{
+    unlinkScrolling();
+    for (QPointer<Edit> &edit : m_decorated) {
+        clearDecorations(edit);
+        edit = nullptr;
+    }
+    m_top[LeftPart] = m_top[RightPart] = 0;
+}
+
+QVector<DiffRange> FileDiff::changedRanges(Part part, int line) const
+{
+    return part == LeftPart || part == RightPart ? m_changed[part].value(line)
+                                                 : QVector<DiffRange>();
+}
+
+void FileDiff::linkScrolling()
+{
+    unlinkScrolling();
+    for (Part part : {LeftPart, RightPart}) {
+        Edit *edit = editor(part);
+        QScrollBar *bar = edit ? edit->verticalScrollBar() : nullptr;
+        if (!bar)
+            return;
+        m_scrollLinks << connect(bar, &QScrollBar::valueChanged, this,
+                                 [this, part](int value) { scrolled(part, value); });
+    }
+}
+
+void FileDiff::unlinkScrolling()
+{
+    for (const QMetaObject::Connection &c : qAsConst(m_scrollLinks))
+        disconnect(c);
+    m_scrollLinks.clear();
+}
+
+void FileDiff::scrolled(Part from, int value)
+{
+    if (m_scrolling)
+        return;
+    const Part to = from == LeftPart ? RightPart : LeftPart;
+    Edit *other = editor(to);
+    QScrollBar *bar = other ? other->verticalScrollBar() : nullptr;
+    if (!bar)
+        return;
+    // Both sides show the same rows; a side with rows above its first line that it
+    // cannot draw stays at its top until the other has scrolled past them.
+    const QScopedValueRollback<bool> guard(m_scrolling, true);
+    bar->setValue(qMax(0, value + m_top[from] - m_top[to]));
+}
+
+void FileDiff::stepTo(int hunk)
+{
+    m_nextAction->setEnabled(hunk + 1 < m_hunks.size());
+    m_prevAction->setEnabled(hunk - 1 >= 0);
+    if (hunk < 0 || hunk >= m_hunks.size())
+        return;
+    const DiffHunk &h = m_hunks.at(hunk);
+    qDebug() << "Diff" << h.leftStart << h.rightStart << "Index" << hunk << "Count diff"
+             << m_hunks.size();
+    // The row where the hunk begins, shown a little below the top of both sides.
+    int row = 0;
+    while (row < m_rows.size()
+           && !(m_rows.at(row).changed
+                && (m_rows.at(row).left == (h.leftCount ? h.leftStart : -1))
+                && (m_rows.at(row).right == (h.rightCount ? h.rightStart : -1))))
+        ++row;
+    for (Part part : {LeftPart, RightPart}) {
+        Edit *edit = editor(part);
+        if (!edit)
+            continue;
+        edit->goToLine(qMin(h.start(part), edit->lineCount() - 1));
+    }
+    if (Edit *left = editor(LeftPart)) {
+        if (QsciScintilla *sci = left->editorWidget()) {
+            const int first = qMax(0, row - ContextRows - m_top[LeftPart]);
+            sci->SendScintilla(QsciScintillaBase::SCI_SETFIRSTVISIBLELINE, first);
+            scrolled(LeftPart, sci->verticalScrollBar()->value());
+        }
     }
 }
 
 void FileDiff::showNextDiff()
 {
-    ++m_leftPosition;
-    stepSide(m_leftPanel, LeftPart, m_leftPosition);
-    ++m_rightPosition;
-    stepSide(m_rightPanel, RightPart, m_rightPosition);
+    m_leftPosition = ++m_rightPosition;
+    stepTo(m_rightPosition);
 }
 
 void FileDiff::showPrevDiff()
 {
-    --m_leftPosition;
-    stepSide(m_leftPanel, LeftPart, m_leftPosition);
-    --m_rightPosition;
-    stepSide(m_rightPanel, RightPart, m_rightPosition);
-}
-
-void FileDiff::reduceToDifferences(Panel *panel, QString &savedText)
-{
-    Edit *edit = panel ? panel->editor() : nullptr;
-    if (!edit)
-        return;
-    savedText = edit->text();
-    // The left side's common-line numbers serve both sides.
-    std::vector<int> common;
-    m_comparator->getCommonLines(common);
-    std::sort(common.begin(), common.end());
-    QString reduced;
-    const int count = edit->lineCount();
-    for (int line = 0; line < count; ++line) {
-        if (!std::binary_search(common.begin(), common.end(), line))
-            reduced += edit->lineText(line) + QLatin1Char('\n');
-    }
-    edit->setText(reduced);
+    m_leftPosition = --m_rightPosition;
+    stepTo(m_rightPosition);
 }
 
 void FileDiff::showDiffOnly()
@@ -195,23 +415,11 @@ void FileDiff::showDiffOnly()
     if (!m_comparator)
         return;
     if (m_diffOnlyAction->isChecked()) {
-        reduceToDifferences(m_leftPanel, m_leftSavedText);
-        reduceToDifferences(m_rightPanel, m_rightSavedText);
+        layOut();
         return;
     }
-    if (m_leftPanel && m_leftPanel->editor())
-        m_leftPanel->editor()->setText(m_leftSavedText);
-    if (m_rightPanel && m_rightPanel->editor())
-        m_rightPanel->editor()->setText(m_rightSavedText);
-    const QString left = m_leftPanel && m_leftPanel->editor()
-                             ? m_leftPanel->editor()->filePath() : QString();
-    const QString right = m_rightPanel && m_rightPanel->editor()
-                              ? m_rightPanel->editor()->filePath() : QString();
-    // The files in the editors are compared again; with no editor, the selections are.
-    if (!left.isEmpty() && !right.isEmpty())
-        startComparison(left, right);
-    else
-        showDiffFiles();
+    // Back to the full texts, compared again as they stand in the editors.
+    compareAgain();
 }
 
 bool FileDiff::close()
@@ -222,6 +430,7 @@ bool FileDiff::close()
         return false;
     if (!m_rightPanel->closeEdit())
         return false;
+    clearDecorations();
     m_toolBar->hide();
     m_diffOnlyAction->setChecked(false);
     if (m_compareAction)
