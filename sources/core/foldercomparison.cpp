@@ -33,44 +33,52 @@ bool stopped(const std::atomic<bool> *stop)
     return stop && stop->load(std::memory_order_relaxed);
 }
 
-} // namespace
-
-FileList FolderComparison::listFiles(const QString &folder)
+// A folder's files, and the names of those that are not regular files (FIFOs,
+// devices, dangling links): those are never opened.
+struct Listing
 {
     FileList files;
+    QSet<QString> special;
+};
+
+Listing listFolder(const QString &folder)
+{
+    Listing listing;
     // The default listing: no hidden entries, sorted by name ignoring case.
     const QFileInfoList entries = QDir(folder).entryInfoList();
-    files.reserve(entries.size());
+    listing.files.reserve(entries.size());
     for (const QFileInfo &entry : entries) {
-        if (!entry.isDir())
-            files.append(qMakePair(entry.fileName(), entry.size()));
+        if (entry.isDir())
+            continue;
+        listing.files.append(qMakePair(entry.fileName(), entry.size()));
+        if (!entry.isFile())
+            listing.special.insert(entry.fileName());
     }
-    return files;
+    return listing;
 }
 
-bool FolderComparison::sameContent(const QString &first, const QString &second,
-                                   const std::atomic<bool> *stop)
+// The reading buffers of one thread, allocated once for all its pairs.
+struct Buffers
 {
-    // Only regular files are opened: a FIFO or a device would block or never end.
-    if (!QFileInfo(first).isFile() || !QFileInfo(second).isFile())
-        return false;
-    QFile a(first);
-    QFile b(second);
-    if (!a.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
-        || !b.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return false;
-    QByteArray bufferA(int(ReadBlock), Qt::Uninitialized);
-    QByteArray bufferB(int(ReadBlock), Qt::Uninitialized);
+    QByteArray first{int(ReadBlock), Qt::Uninitialized};
+    QByteArray second{int(ReadBlock), Qt::Uninitialized};
+};
+
+// Reads two opened files side by side up to the first difference.
+bool sameBytes(QFile &a, QFile &b, Buffers &buffers, const std::atomic<bool> *stop)
+{
+    char *bufferA = buffers.first.data();
+    char *bufferB = buffers.second.data();
     for (;;) {
         if (stopped(stop))
             return false;
-        const qint64 readA = a.read(bufferA.data(), ReadBlock);
+        const qint64 readA = a.read(bufferA, ReadBlock);
         if (readA < 0)
             return false;
         // Fill the same length from the other file, however its reads come.
         qint64 readB = 0;
         while (readB < readA) {
-            const qint64 got = b.read(bufferB.data() + readB, readA - readB);
+            const qint64 got = b.read(bufferB + readB, readA - readB);
             if (got <= 0)
                 return false;
             readB += got;
@@ -79,17 +87,49 @@ bool FolderComparison::sameContent(const QString &first, const QString &second,
             char extra;
             return b.read(&extra, 1) == 0;
         }
-        if (std::memcmp(bufferA.constData(), bufferB.constData(), size_t(readA)) != 0)
+        if (std::memcmp(bufferA, bufferB, size_t(readA)) != 0)
             return false;
     }
+}
+
+bool sameRegularFiles(const QString &first, const QString &second, Buffers &buffers,
+                      const std::atomic<bool> *stop)
+{
+    QFile a(first);
+    QFile b(second);
+    return a.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
+           && b.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
+           && sameBytes(a, b, buffers, stop);
+}
+
+} // namespace
+
+FileList FolderComparison::listFiles(const QString &folder)
+{
+    return listFolder(folder).files;
+}
+
+bool FolderComparison::sameContent(const QString &first, const QString &second,
+                                   const std::atomic<bool> *stop)
+{
+    // Only regular files are opened: a FIFO or a device would block or never end.
+    if (!QFileInfo(first).isFile() || !QFileInfo(second).isFile())
+        return false;
+    Buffers buffers;
+    return sameRegularFiles(first, second, buffers, stop);
 }
 
 FolderDifferences FolderComparison::compareFolders(const QString &first, const QString &second,
                                                    int criteria, const std::atomic<bool> *stop)
 {
-    const FileList firstList = listFiles(first);
-    FileList secondList = listFiles(second);
-    if (criteria == COMPARE_BY_CONTENT) {
+    // The two folders are listed at the same time.
+    Listing secondListing;
+    std::thread lister([&secondListing, &second] { secondListing = listFolder(second); });
+    const Listing firstListing = listFolder(first);
+    lister.join();
+    const FileList &firstList = firstListing.files;
+    FileList &secondList = secondListing.files;
+    if (criteria == COMPARE_BY_CONTENT && !stopped(stop)) {
         // Files of different sizes differ without a read; those of equal size are read.
         QHash<QString, qint64> firstSizes;
         firstSizes.reserve(firstList.size());
@@ -97,8 +137,13 @@ FolderDifferences FolderComparison::compareFolders(const QString &first, const Q
             firstSizes.insert(entry.first, entry.second);
         std::vector<int> candidates;
         for (int k = 0; k < secondList.size(); ++k) {
-            const auto it = firstSizes.constFind(secondList.at(k).first);
-            if (it != firstSizes.constEnd() && *it == secondList.at(k).second)
+            const QString &name = secondList.at(k).first;
+            const auto it = firstSizes.constFind(name);
+            if (it == firstSizes.constEnd() || *it != secondList.at(k).second)
+                continue;
+            if (firstListing.special.contains(name) || secondListing.special.contains(name))
+                secondList[k].second = DifferentContent;
+            else
                 candidates.push_back(k);
         }
         std::vector<char> differs(candidates.size(), 0);
@@ -106,10 +151,12 @@ FolderDifferences FolderComparison::compareFolders(const QString &first, const Q
         const QString firstPrefix = first + QLatin1Char('/');
         const QString secondPrefix = second + QLatin1Char('/');
         const auto work = [&] {
+            Buffers buffers;
             for (size_t c = nextCandidate++; c < candidates.size() && !stopped(stop);
                  c = nextCandidate++) {
                 const QString &name = secondList.at(candidates[c]).first;
-                differs[c] = !sameContent(firstPrefix + name, secondPrefix + name, stop);
+                differs[c] = !sameRegularFiles(firstPrefix + name, secondPrefix + name, buffers,
+                                               stop);
             }
         };
         const unsigned helpers =
