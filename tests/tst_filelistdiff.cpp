@@ -1,4 +1,5 @@
 #include "filelistdiff.h"
+#include "filenamecodec.h"
 #include "filesystemview.h"
 #include "fileview.h"
 #include "foldercomparison.h"
@@ -13,7 +14,9 @@
 #include <QStatusBar>
 #include <QTreeWidget>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -223,6 +226,36 @@ private Q_SLOTS:
         QCOMPARE(FolderComparison::sameContent(m_dir->createFile("1.bin", first),
                                                m_dir->createFile("2.bin", second)),
                  same);
+    }
+
+    // Names that are not valid UTF-8 are listed, read and marked by their own bytes.
+    void namesNotValidUtf8()
+    {
+        if (!dynamic_cast<FileNameCodec *>(QTextCodec::codecForLocale()))
+            QSKIP("the locale is not UTF-8");
+        const auto create = [this](const QByteArray &name, const QByteArray &content) {
+            const QByteArray path = QFile::encodeName(m_dir->path()) + '/' + name;
+            const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+            QVERIFY(fd >= 0);
+            QCOMPARE(::write(fd, content.constData(), size_t(content.size())),
+                     ssize_t(content.size()));
+            ::close(fd);
+        };
+        create("L/caf\xe9.sql", "select 1;\n");
+        create("R/caf\xe9.sql", "select 1;\n");
+        create("L/bad\xffname.sql", "select 1;\n");
+        create("R/bad\xffname.sql", "select 2;\n");
+        create("L/caf\xe8.sql", "x"); // one byte away from a name on both sides
+        run(m_byContent);
+        const auto decoded = [](const char *bytes) { return QFile::decodeName(bytes); };
+        const FolderDifferences &d = m_diff->lastDifferences();
+        QVERIFY(d.different.contains(decoded("bad\xffname.sql")));
+        QVERIFY(!d.different.contains(decoded("caf\xe9.sql")));
+        QVERIFY((d.onlyInFirst + d.onlyInSecond).contains(decoded("caf\xe8.sql")));
+        QCOMPARE(marks(m_left).value(decoded("bad\xffname.sql")), Different);
+        QCOMPARE(marks(m_right).value(decoded("bad\xffname.sql")), Different);
+        QCOMPARE(marks(m_left).value(decoded("caf\xe9.sql")), None);
+        QCOMPARE(marks(m_left).value(decoded("caf\xe8.sql")), Absent);
     }
 
     // What cannot be read as a regular file differs from everything, without blocking.
