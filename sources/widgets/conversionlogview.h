@@ -56,7 +56,7 @@ public:
     /** Writes the whole output of the run to @p path. */
     bool saveTo(const QString &path, QString *error);
 
-    static constexpr int MaxBlocks = 50000;
+    static constexpr int MaxBlocks = 20000;
     /** How long one pass adds lines before the window's other events get their turn. */
     static constexpr int PassMilliseconds = 15;
     static constexpr int LinesPerSlice = 500;
