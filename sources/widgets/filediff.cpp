@@ -1,5 +1,6 @@
 #include "filediff.h"
 #include "panel.h"
+#include "settings.h"
 
 #include <Qsci/qsciscintilla.h>
 #include <Qsci/qscistyle.h>
@@ -15,6 +16,9 @@
 #include <algorithm>
 
 namespace {
+
+constexpr char IgnoreWhitespaceKey[] = "Diff/IgnoreWhitespace";
+constexpr char IgnoreCaseKey[] = "Diff/IgnoreCase";
 
 // Rows shown above a hunk when stepping to it.
 constexpr int ContextRows = 2;
@@ -54,15 +58,21 @@ FileDiff::FileDiff(QAction *compareAction, QMainWindow *mainWindow, Panel *leftP
     m_diffOnlyAction = new QAction(tr("Show diff only"), this);
     m_diffOnlyAction->setCheckable(true);
     connect(m_diffOnlyAction, &QAction::triggered, this, &FileDiff::showDiffOnly);
-    // Options of the line comparison: they decide which lines are equal, so a
-    // change compares the two texts again.
+    // Options of the line comparison, remembered between sessions: they decide
+    // which lines are equal, so a change compares the two texts again.
     m_ignoreWhitespaceAction = new QAction(tr("Ignore whitespace"), this);
-    m_ignoreWhitespaceAction->setCheckable(true);
-    m_ignoreWhitespaceAction->setChecked(true);
     m_ignoreCaseAction = new QAction(tr("Ignore case"), this);
-    m_ignoreCaseAction->setCheckable(true);
-    for (QAction *option : {m_ignoreWhitespaceAction, m_ignoreCaseAction})
-        connect(option, &QAction::triggered, this, &FileDiff::compareAgain);
+    Settings settings;
+    for (QAction *option : {m_ignoreWhitespaceAction, m_ignoreCaseAction}) {
+        const QString key = option == m_ignoreCaseAction ? QString::fromLatin1(IgnoreCaseKey)
+                                                         : QString::fromLatin1(IgnoreWhitespaceKey);
+        option->setCheckable(true);
+        option->setChecked(settings.value(key, option == m_ignoreWhitespaceAction).toBool());
+        connect(option, &QAction::triggered, this, [this, option, key] {
+            Settings().setValue(key, option->isChecked());
+            compareAgain();
+        });
+    }
 
     m_toolBar = new QToolBar(mainWindow);
     m_toolBar->setObjectName(QStringLiteral("diffToolBar"));
@@ -335,6 +345,15 @@ QVector<DiffRange> FileDiff::changedRanges(Part part, int line) const
 void FileDiff::linkScrolling()
 {
     unlinkScrolling();
+    // The sides scroll by rows here; a plain value-to-value link between the two
+    // bars (the synchronous view's) would fight this one where the rows above a
+    // side's first line make the values differ.
+    QScrollBar *leftBar = editor(LeftPart) ? editor(LeftPart)->verticalScrollBar() : nullptr;
+    QScrollBar *rightBar = editor(RightPart) ? editor(RightPart)->verticalScrollBar() : nullptr;
+    if (leftBar && rightBar) {
+        disconnect(leftBar, &QScrollBar::valueChanged, rightBar, &QScrollBar::setValue);
+        disconnect(rightBar, &QScrollBar::valueChanged, leftBar, &QScrollBar::setValue);
+    }
     for (Part part : {LeftPart, RightPart}) {
         Edit *edit = editor(part);
         QScrollBar *bar = edit ? edit->verticalScrollBar() : nullptr;
