@@ -1,3 +1,4 @@
+#include "filenamecodec.h"
 #include "find.h"
 #include "findlinescanner.h"
 #include "findscript.h"
@@ -370,6 +371,27 @@ private Q_SLOTS:
         const bool binary = content.contains('\0') && !content.startsWith('\xff') && !content.startsWith('\xfe');
         QCOMPARE(summary(*m_tree).first(),
                  QStringLiteral("Files skipped: %1 binary, 0 unreadable").arg(binary ? 2 : 1));
+    }
+
+    // Names that are not valid UTF-8 are searched and shown readably; opening a
+    // row opens the real file.
+    void rawByteNames()
+    {
+        if (!FileNameCodec::hasRawBytes(QFile::decodeName("\xff")))
+            QSKIP("file names are not read as UTF-8 here");
+        for (const QByteArray &name : {QByteArray("caf\xe9.sql"), QByteArray("bad\xffname.sql")}) {
+            QFile file(QFile::decodeName(QFile::encodeName(m_dir->path()) + '/' + name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("select needle\n");
+        }
+        QCOMPARE(search(m_dir->path(), "*.sql", "needle").size(), 2);
+        QSignalSpy open(m_script.get(), &FindScript::openFileAtLine);
+        for (int row = 0; row < 2; ++row) {
+            const QTreeWidgetItem *item = m_tree->topLevelItem(row);
+            QVERIFY(item->text(0).contains(QChar::ReplacementCharacter));
+            emit m_tree->itemDoubleClicked(m_tree->topLevelItem(row), 0);
+            QVERIFY(QFileInfo::exists(open.takeFirst().first().toString()));
+        }
     }
 
     // Entries that cannot be read give no rows and stop nothing; a folder reached again

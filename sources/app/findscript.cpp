@@ -1,5 +1,6 @@
 #include "findscript.h"
 
+#include "filenamecodec.h"
 #include "finddialog.h"
 #include "recentfolderstorage.h"
 
@@ -13,6 +14,15 @@ namespace {
 
 // Marks the totals rows, which name no file.
 constexpr int TotalRole = Qt::UserRole + 1;
+// The file's path as the file system knows it; the first column shows it readably.
+constexpr int PathRole = Qt::UserRole + 2;
+
+QTreeWidgetItem *hitItem(const QString &path, const QString &line, const QString &text)
+{
+    auto *item = new QTreeWidgetItem(QStringList{FileNameCodec::displayName(path), line, text});
+    item->setData(0, PathRole, path);
+    return item;
+}
 
 } // namespace
 
@@ -90,7 +100,7 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
     for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
         const QTreeWidgetItem *item = m_tree->topLevelItem(i);
         if (!item->data(0, TotalRole).toBool())
-            m_paths.insert(item->text(0));
+            m_paths.insert(item->data(0, PathRole).toString());
     }
 
     m_find->setPatternSyntax(syntax);
@@ -118,7 +128,7 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
 void FindScript::addFileItem(const QString &path, const QString &line, const QString &text)
 {
     m_paths.insert(path);
-    m_tree->addTopLevelItem(new QTreeWidgetItem(QStringList{path, line, text.trimmed()}));
+    m_tree->addTopLevelItem(hitItem(path, line, text.trimmed()));
 }
 
 void FindScript::addHits(const QVector<FindHit> &hits)
@@ -137,7 +147,7 @@ void FindScript::addPendingRows()
         const FindHit &hit = m_pending.at(i);
         if (i == m_pendingStart || hit.path != m_pending.at(i - 1).path)
             m_paths.insert(hit.path);
-        items << new QTreeWidgetItem(QStringList{hit.path, hit.line, hit.text});
+        items << hitItem(hit.path, hit.line, hit.text);
     }
     m_tree->addTopLevelItems(items);
     m_pendingStart = end;
@@ -206,5 +216,5 @@ void FindScript::openItem(QTreeWidgetItem *item)
 {
     if (!item || item->data(0, TotalRole).toBool())
         return;
-    Q_EMIT openFileAtLine(item->text(0), item->text(1).toInt());
+    Q_EMIT openFileAtLine(item->data(0, PathRole).toString(), item->text(1).toInt());
 }

@@ -1,5 +1,7 @@
 #include "find.h"
 
+#include "filenamecodec.h"
+
 #include <QDebug>
 #include <QDir>
 #include <QElapsedTimer>
@@ -21,13 +23,26 @@ namespace {
 constexpr int BatchHits = 500;
 constexpr qint64 BatchMilliseconds = 100;
 
+// Masks are matched here rather than by QDir, against the name as shown: a
+// name with bytes that are not UTF-8 holds lone surrogates, which no
+// expression matches.
+bool matchesMasks(const QVector<QRegularExpression> &masks, const QString &name)
+{
+    if (masks.isEmpty())
+        return true;
+    const QString shown = FileNameCodec::displayName(name);
+    return std::any_of(masks.cbegin(), masks.cend(), [&shown](const QRegularExpression &mask) {
+        return mask.match(shown).hasMatch();
+    });
+}
+
 } // namespace
 
 /** The state of one run, shared by the threads that carry it out. */
 struct Find::Run
 {
     QString folder;
-    QStringList masks;
+    QVector<QRegularExpression> masks; // none: every file
     std::unique_ptr<FindPattern> pattern; // none when files are only listed
     int number = 0;
 
@@ -184,7 +199,14 @@ void Find::start()
     stopFindThread();
     auto run = std::make_shared<Run>();
     run->folder = m_folder;
-    run->masks = splitMasks(m_masks);
+    for (const QString &mask : splitMasks(m_masks)) {
+        if (mask == QLatin1String("*")) {
+            run->masks.clear();
+            break;
+        }
+        run->masks << QRegularExpression(QRegularExpression::wildcardToRegularExpression(mask),
+                                         QRegularExpression::CaseInsensitiveOption);
+    }
     run->number = ++m_runNumber;
     if (!m_findText.isEmpty()) {
         run->pattern = std::make_unique<FindPattern>(searchPattern(m_findText, m_wholeWords),
@@ -238,12 +260,14 @@ void Find::walk(Run &run, const QString &folder, const QString &parentCanonical)
     run.visitedFolders.insert(canonical);
 
     const QFileInfoList entries = QDir(folder).entryInfoList(
-        run.masks, QDir::Dirs | QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot, QDir::NoSort);
+        QDir::Dirs | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot, QDir::NoSort);
     for (const QFileInfo &entry : entries) {
         if (run.stop.load(std::memory_order_relaxed))
             return;
         if (entry.isDir()) {
             walk(run, entry.absoluteFilePath(), canonical);
+        } else if (!matchesMasks(run.masks, entry.fileName())) {
+            continue;
         } else if (!run.pattern) {
                 ++run.scannedFiles;
             complete(run, run.walked++, {FindHit{entry.absoluteFilePath(), QString(), QString()}});
