@@ -1,4 +1,5 @@
 #include "edit.h"
+#include "largefileview.h"
 #include "testsupport.h"
 
 #include <Qsci/qsciscintilla.h>
@@ -6,6 +7,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QBoxLayout>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTextCodec>
@@ -78,7 +80,7 @@ private:
     Edit *open(const QString &path, const QByteArray &codec = "UTF-8")
     {
         delete m_edit;
-        m_edit = new Edit(1, nullptr);
+        m_edit = new Edit;
         m_edit->setHostLayout(m_layout);
         m_edit->setCodec(codec);
         m_edit->setFile(path);
@@ -177,7 +179,7 @@ private Q_SLOTS:
     void operationsWithoutEditor()
     {
         // Before a file is opened every operation is harmless.
-        Edit edit(1, nullptr);
+        Edit edit;
         edit.setText(QStringLiteral("x"));
         edit.markLine(0);
         edit.goToLine(0);
@@ -244,19 +246,160 @@ private Q_SLOTS:
         QCOMPARE(readAll(path), bytes);
     }
 
-    void hugeFileOpensPlain()
+    // Files too large for the editor, or with too long a line, open read-only in
+    // the large-file view, which reads only what it shows; the editor's own
+    // limits still leave large files without highlighting.
+    void largeFiles_data()
     {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("largeView");
+        QTest::addColumn<QString>("firstRow");
+        QTest::addColumn<QString>("lastRowEnd");
         const QByteArray line("insert into t values (1, 'abcdefghijklmnopqrstuvwxyz0123456789');\n");
-        const int lines = (50 << 20) / line.size();
-        Edit *edit = open(m_dir->createFile(QStringLiteral("big.sql"), line.repeated(lines)));
-        QVERIFY(edit->errorString().isEmpty());
-        QCOMPARE(edit->lineCount(), lines + 1);
-        QVERIFY(edit->language().isEmpty()); // no highlighting for files this size
-        QCOMPARE(edit->lineText(lines - 1), QString::fromLatin1(line.trimmed()));
+        const QByteArray script = line.repeated(int((50 << 20) / line.size())) + "-- the end\n";
+        QTest::newRow("50 MB script") << script << true << QString::fromLatin1(line.trimmed()) << "-- the end";
+        QTest::newRow("10 MB single line") << "select '" + QByteArray(10 << 20, 'x') + "' tail"
+                                           << true << "select 'xxx" << "xx' tail";
+        const QByteArray plain = line.repeated(int(Edit::maximumFileSize() / line.size()) - 1);
+        QTest::newRow("largest plain file") << plain << false << QString() << QString();
+    }
 
-        // A file that cannot be read gets a message naming it.
+    void largeFiles()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(bool, largeView);
+        QFETCH(QString, firstRow);
+        QFETCH(QString, lastRowEnd);
+        Edit *edit = open(m_dir->createFile(QStringLiteral("big.sql"), content));
+        QVERIFY(edit->errorString().isEmpty());
+        LargeFileView *view = edit->largeFileView();
+        QCOMPARE(view != nullptr, largeView);
+        QCOMPARE(edit->editorWidget() == nullptr, largeView);
+        if (!largeView) {
+            QCOMPARE(edit->lineCount(), content.count('\n') + 1);
+            QVERIFY(edit->language().isEmpty()); // no highlighting for files this size
+            return;
+        }
+        QVERIFY(edit->notice().contains(QLatin1String("read-only")));
+        QVERIFY(view->isVisible());
+        QCOMPARE(m_host->focusWidget(), view);
+        // Rows are as wide as the view: a line may take two.
+        const QStringList rows = view->visibleRows();
+        QVERIFY((rows.at(0) + rows.at(1)).startsWith(firstRow));
+        QTest::keyClick(view, Qt::Key_End);
+        QVERIFY(view->visibleRows().last().endsWith(lastRowEnd));
+        QTest::keyClick(view, Qt::Key_Home);
+        QCOMPARE(view->topOffset(), 0);
+        QTest::keyClick(view, Qt::Key_PageDown);
+        const qint64 pageTop = view->topOffset();
+        QTest::keyClick(view, Qt::Key_Down);
+        QTest::keyClick(view, Qt::Key_Up);
+        QCOMPARE(view->topOffset(), pageTop);
+    }
+
+    void missingFileNamed()
+    {
         Edit *missing = open(m_dir->filePath(QStringLiteral("missing.sql")));
         QVERIFY(missing->errorString().contains(QLatin1String("missing.sql")));
+    }
+
+    // Ctrl+S saves; F3 opens the search bar.
+    void keys()
+    {
+        Edit *edit = openChanged(QStringLiteral("k.sql"), QStringLiteral("typed "));
+        QApplication::setActiveWindow(m_host);
+        QVERIFY(QTest::qWaitForWindowActive(m_host));
+        QTest::keyClick(edit->editorWidget(), Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(readAll(m_dir->filePath(QStringLiteral("k.sql"))), QByteArray("typed a\n"));
+        QVERIFY(!edit->isModified());
+        auto *findEdit = edit->widget()->findChild<QLineEdit *>();
+        QVERIFY(!findEdit->isVisible());
+        QTest::keyClick(edit->editorWidget(), Qt::Key_F3);
+        QVERIFY(findEdit->isVisible() && findEdit->hasFocus());
+    }
+
+    // A match far to the right of its line is scrolled into view and selected.
+    void showMatch_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::newRow("ASCII") << QString(400, QLatin1Char('x'));
+        QTest::newRow("two-byte characters") << QString(400, QChar(0xe9));
+    }
+
+    void showMatch()
+    {
+        QFETCH(QString, before);
+        Edit *edit = open(m_dir->createFile(QStringLiteral("wide.sql"),
+                                            "first\n" + (before + "needle tail\n").toUtf8()));
+        QsciScintilla *editor = edit->editorWidget();
+        QCOMPARE(editor->SendScintilla(QsciScintillaBase::SCI_GETXOFFSET), 0);
+        edit->showMatch(1, before.size(), 6);
+        QCOMPARE(editor->selectedText(), QStringLiteral("needle"));
+        QVERIFY(editor->SendScintilla(QsciScintillaBase::SCI_GETXOFFSET) > 0);
+    }
+
+    // The file changed on disk: an unmodified document is reloaded at once; a
+    // modified one offers to reload or keep, and saving over it asks first.
+    void diskChanges_data()
+    {
+        QTest::addColumn<bool>("typed");
+        QTest::addColumn<QString>("choice"); // the button pressed, or empty
+        QTest::addColumn<int>("saveAnswer");  // the answer when saving; 0: no save
+        QTest::addColumn<QByteArray>("onDisk");
+        QTest::newRow("unmodified: reloaded") << false << "" << 0 << QByteArray("a\nappended\n");
+        QTest::newRow("modified: reload") << true << "reloadButton" << 0 << QByteArray("a\nappended\n");
+        QTest::newRow("modified: keep, saving cancelled") << true << "keepButton" << int(QMessageBox::Cancel) << QByteArray("a\nappended\n");
+        QTest::newRow("modified: keep, saving overwrites") << true << "keepButton" << int(QMessageBox::Save) << QByteArray("xa\n");
+    }
+
+    void diskChanges()
+    {
+        QFETCH(bool, typed);
+        QFETCH(QString, choice);
+        QFETCH(int, saveAnswer);
+        QFETCH(QByteArray, onDisk);
+        const QString path = m_dir->createFile(QStringLiteral("w.sql"), "a\n");
+        Edit *edit = typed ? openChanged(QStringLiteral("w.sql")) : open(path);
+        {
+            QFile other(path); // another program appends
+            QVERIFY(other.open(QIODevice::Append));
+            other.write("appended\n");
+        }
+        if (!typed) {
+            QTRY_COMPARE(edit->text(), QStringLiteral("a\nappended\n"));
+            QVERIFY(!edit->isModified());
+            QVERIFY(edit->notice().contains(QLatin1String("reloaded")));
+        } else {
+            auto *button = edit->widget()->findChild<QPushButton *>(choice);
+            QTRY_VERIFY(button->isVisible());
+            QCOMPARE(edit->text(), QStringLiteral("xa\n"));
+            QTest::mouseClick(button, Qt::LeftButton);
+            QVERIFY(!button->isVisible());
+            QCOMPARE(edit->text(), QString::fromLatin1(choice == "reloadButton" ? "a\nappended\n" : "xa\n"));
+        }
+        if (saveAnswer) {
+            BoxAnswer box(static_cast<QMessageBox::StandardButton>(saveAnswer));
+            QCOMPARE(edit->save(), saveAnswer == QMessageBox::Save);
+            QVERIFY(box.text.contains(QLatin1String("changed by another program")));
+            // A save of ours is no change by another program.
+            QTest::qWait(100);
+            QVERIFY(!edit->notice().contains(QLatin1String("reloaded")));
+        }
+        QCOMPARE(readAll(path), onDisk);
+    }
+
+    // A file whose mode forbids writing opens read-only, and says so.
+    void readOnlyFile()
+    {
+        const QString path = m_dir->createFile(QStringLiteral("ro.sql"), "select 1\n");
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+        Edit *edit = open(path);
+        QVERIFY(edit->isFileReadOnly() && edit->isReadOnly());
+        QVERIFY(edit->notice().startsWith(QLatin1String("Read-only")));
+        edit->setReadOnly(false);
+        QTest::keyClicks(edit->editorWidget(), "zz");
+        QCOMPARE(edit->text(), QStringLiteral("select 1\n"));
+        QVERIFY(!edit->isModified());
     }
 
     void failedSaveKeepsOriginalAndEdit_data()
@@ -321,6 +464,9 @@ private Q_SLOTS:
         QTest::newRow("discard prompt: Cancel") << "discard" << cancel << false << false;
         QTest::newRow("closing: Save") << "close" << save << true << true;
         QTest::newRow("closing: Cancel keeps the editor") << "close" << cancel << false << false;
+        QTest::newRow("replacing the text: Save") << "replace" << save << true << true;
+        QTest::newRow("replacing the text: Discard") << "replace" << discard << true << false;
+        QTest::newRow("replacing the text: Cancel keeps it") << "replace" << cancel << false << false;
     }
 
     void prompts()
@@ -339,19 +485,24 @@ private Q_SLOTS:
             QCOMPARE(edit->savePrompt(question), result);
         else if (prompt == QLatin1String("discard"))
             QCOMPARE(edit->discardPrompt(question), result);
+        else if (prompt == QLatin1String("replace"))
+            QCOMPARE(edit->setText(QStringLiteral("new\n")), result);
         else
             QCOMPARE(edit->closeEditor(), result);
+        const bool replaced = prompt == QLatin1String("replace") && result;
 
         QCOMPARE(box.count, 1);
         QCOMPARE(box.buttons.testFlag(QMessageBox::Save), prompt != QLatin1String("discard"));
-        QCOMPARE(box.text, closing ? QStringLiteral("The document p.sql has been modified.<br/>Save "
-                                                    "changes to the file before closing?")
-                                   : question);
+        if (prompt != QLatin1String("replace"))
+            QCOMPARE(box.text, closing ? QStringLiteral("The document p.sql has been modified.<br/>"
+                                                        "Save changes to the file before closing?")
+                                       : question);
         QCOMPARE(edit->widget()->isVisible(), !closing || !result);
         QCOMPARE(readAll(m_dir->filePath(QStringLiteral("p.sql"))),
                  QByteArray(saved ? "xa\ny" : "a\n"));
-        QCOMPARE(edit->text(), QString::fromLatin1(reverted ? "a\n" : "xa\ny"));
-        QCOMPARE(edit->isModified(), !saved && !reverted);
+        QCOMPARE(edit->text(),
+                 QString::fromLatin1(replaced ? "new\n" : reverted ? "a\n" : "xa\ny"));
+        QCOMPARE(edit->isModified(), !saved && !reverted && !replaced);
     }
 
     void searchLinksAndMode()

@@ -103,6 +103,10 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
             m_paths.insert(item->data(0, PathRole).toString());
     }
 
+    m_findText = findText;
+    m_syntax = syntax;
+    m_caseSensitive = caseSensitive;
+    m_wholeWords = wholeWords;
     m_find->setPatternSyntax(syntax);
     m_find->setCaseSensitive(caseSensitive);
     m_find->setWholeWords(wholeWords);
@@ -210,6 +214,22 @@ bool FindScript::stopFind()
     const bool running = m_find->isRunning();
     m_find->stopFindThread();
     return running;
+}
+
+bool FindScript::locateMatch(const QString &lineText, int *start, int *length) const
+{
+    if (m_findText.isEmpty())
+        return false;
+    const FindPattern pattern(Find::searchPattern(m_findText, m_wholeWords), m_syntax,
+                              m_caseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive);
+    if (!pattern.locate(lineText, start, length))
+        return false;
+    if (m_wholeWords && *length >= 2) {
+        // The blanks round a whole word are not part of what was looked for.
+        ++*start;
+        *length -= 2;
+    }
+    return true;
 }
 
 void FindScript::openItem(QTreeWidgetItem *item)

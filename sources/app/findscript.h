@@ -46,6 +46,12 @@ public:
                           const QString &findText, QRegExp::PatternSyntax syntax,
                           bool caseSensitive, bool wholeWords);
 
+    /**
+     * Where the last search's text matches in @p lineText (for showing a hit):
+     * false when it does not, or when files were only listed.
+     */
+    bool locateMatch(const QString &lineText, int *start, int *length) const;
+
     /** The masks of a mask entry: the text between its first "(" and the next ")". */
     static QString masksOfEntry(const QString &maskText);
 
@@ -77,6 +83,11 @@ private:
     int m_pendingStart = 0;
     bool m_finishPending = false;
     int m_generation = 0;
+    // The last search's pattern, for locateMatch().
+    QString m_findText;
+    QRegExp::PatternSyntax m_syntax = QRegExp::RegExp;
+    bool m_caseSensitive = false;
+    bool m_wholeWords = false;
     std::function<QString()> m_folderProvider;
     QWidget *m_dialogParent = nullptr;
 };

@@ -258,8 +258,15 @@ void MainWindow::setupSearch()
                 if (!panel)
                     return;
                 panel->openEditFile(path);
-                if (line > 0 && panel->editor())
-                    panel->editor()->goToLine(line - 1);
+                Edit *edit = panel->editor();
+                if (line <= 0 || !edit)
+                    return;
+                int start = 0;
+                int length = 0;
+                if (m_findScript->locateMatch(edit->lineText(line - 1), &start, &length))
+                    edit->showMatch(line - 1, start, length);
+                else
+                    edit->goToLine(line - 1);
             });
 
     m_fileListDiff = new FileListDiff(this);

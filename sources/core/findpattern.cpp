@@ -100,6 +100,23 @@ FindPattern::FindPattern(const QString &pattern, QRegExp::PatternSyntax syntax,
     m_needsAsciiText = m_foldCase && (m_needle.contains('k') || m_needle.contains('s'));
 }
 
+bool FindPattern::locate(const QString &line, int *start, int *length) const
+{
+    if (!m_valid)
+        return false;
+    if (m_engine == Engine::Regular) {
+        const QRegularExpressionMatch match =
+            QRegularExpression(m_regularPattern, m_regularOptions).match(line);
+        *start = match.capturedStart();
+        *length = match.capturedLength();
+        return match.hasMatch();
+    }
+    QRegExp rx(m_pattern, m_caseSensitivity, m_syntax);
+    *start = rx.indexIn(line);
+    *length = rx.matchedLength();
+    return *start >= 0;
+}
+
 QString FindPattern::wildcardToRegExp(const QString &wildcard)
 {
     QString rx;

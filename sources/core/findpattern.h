@@ -54,6 +54,9 @@ public:
      */
     bool spansLinesSafely() const { return m_spansLinesSafely; }
 
+    /** Where the pattern first matches in @p line: false when it does not. */
+    bool locate(const QString &line, int *start, int *length) const;
+
     /** A wildcard pattern written as the regular expression it stands for. */
     static QString wildcardToRegExp(const QString &wildcard);
     /**

@@ -1,5 +1,6 @@
 #include "edit.h"
 
+#include "largefileview.h"
 #include "textcodec.h"
 
 #include <Qsci/qscilexerbash.h>
@@ -21,6 +22,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QFileSystemWatcher>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLabel>
@@ -32,6 +34,8 @@
 #include <QTextBrowser>
 #include <QTextCodec>
 #include <QToolButton>
+
+#include <cstring>
 
 namespace {
 
@@ -69,8 +73,8 @@ QsciLexer *createLexer(const QString &language, QObject *parent)
 
 } // namespace
 
-Edit::Edit(int, QObject *parent)
-    : QProcess(parent)
+Edit::Edit(QObject *parent)
+    : QObject(parent)
 {
 }
 
@@ -82,12 +86,17 @@ Edit::~Edit()
 
 qint64 Edit::maximumFileSize()
 {
-    return qint64(512) << 20;
+    return qint64(4) << 20;
+}
+
+int Edit::maximumLineLength()
+{
+    return 64 * 1024;
 }
 
 qint64 Edit::plainTextSize()
 {
-    return qint64(16) << 20;
+    return qint64(1) << 20;
 }
 
 void Edit::setFile(const QString &absoluteFilePath)
@@ -100,6 +109,7 @@ void Edit::execute()
     if (m_container)
         delete m_container;
     m_lexer = nullptr;
+    m_largeView = nullptr;
     m_error.clear();
     m_searchLinks.clear();
 
@@ -110,10 +120,43 @@ void Edit::execute()
     layout->setSpacing(2);
 
     m_notice = new QLabel(m_container);
+    m_notice->setObjectName(QStringLiteral("notice"));
     m_notice->setWordWrap(true);
     m_notice->setStyleSheet(QStringLiteral("background: #fff3c4; padding: 3px;"));
     m_notice->hide();
     layout->addWidget(m_notice);
+
+    m_diskChoice = new QWidget(m_container);
+    auto *choiceRow = new QHBoxLayout(m_diskChoice);
+    choiceRow->setContentsMargins(2, 0, 2, 0);
+    auto *reloadButton = new QPushButton(tr("Reload from disk"), m_diskChoice);
+    reloadButton->setObjectName(QStringLiteral("reloadButton"));
+    auto *keepButton = new QPushButton(tr("Keep my version"), m_diskChoice);
+    keepButton->setObjectName(QStringLiteral("keepButton"));
+    choiceRow->addStretch(1);
+    choiceRow->addWidget(reloadButton);
+    choiceRow->addWidget(keepButton);
+    connect(reloadButton, &QPushButton::clicked, this, &Edit::reload);
+    connect(keepButton, &QPushButton::clicked, this, [this] {
+        showDiskChoice(false);
+        showNotice(tr("The file %1 was changed by another program; you keep your version, "
+                      "and saving will ask before overwriting it.").arg(name()));
+    });
+    m_diskChoice->hide();
+    layout->addWidget(m_diskChoice);
+
+    if (m_hostLayout) {
+        m_hostLayout->addWidget(m_container, 0, Qt::Alignment());
+        m_container->show();
+    }
+
+    QByteArray data;
+    if (!readFile(&data)) {
+        if (m_largeView)
+            return;
+        showNotice(m_error);
+        return;
+    }
 
     m_editor = new QsciScintilla(m_container);
     m_editor->setUtf8(true);
@@ -156,44 +199,38 @@ void Edit::execute()
     m_findNextAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+G")));
     m_findNextAction->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(m_findNextAction, &QAction::triggered, this, &Edit::findNext);
+    m_saveAction = new QAction(tr("Save"), m_container);
+    m_saveAction->setObjectName(QStringLiteral("save"));
+    m_saveAction->setShortcut(QKeySequence::Save);
+    m_saveAction->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(m_saveAction, &QAction::triggered, this, [this] {
+        if (isModified())
+            save();
+    });
     m_container->addAction(m_findAction);
     m_container->addAction(m_findNextAction);
+    m_container->addAction(m_saveAction);
     buildSearchBar();
     layout->addWidget(m_searchBar);
     layout->addWidget(m_results);
 
-    if (m_hostLayout) {
-        m_hostLayout->addWidget(m_container, 0, Qt::Alignment());
-        m_container->show();
-    }
-
-    if (!load()) {
-        m_editor->setReadOnly(true);
-        m_notice->setText(m_error);
-        m_notice->show();
-        return;
-    }
+    load(data);
+    watchFile();
     applyLanguage();
     applyFont();
+    m_editor->show();
     m_editor->setFocus(Qt::OtherFocusReason);
 }
 
-bool Edit::load()
+// Reads the file for the editor; false, with the reason in m_error, when the
+// editor cannot show it. A file too large or with too long a line opens in the
+// large-file view instead (also false).
+bool Edit::readFile(QByteArray *data)
 {
-    m_decodingErrors = false;
-    m_binary = false;
-    m_byteOrderMark.clear();
     QFileInfo info(m_filePath);
     m_existedAtLoad = info.exists();
     if (info.isDir()) {
         m_error = tr("%1 is a folder.").arg(QDir::toNativeSeparators(m_filePath));
-        return false;
-    }
-    if (info.size() > maximumFileSize()) {
-        m_error = tr("The file %1 is too large to open in the editor (%2 MB; at most %3 MB).")
-                      .arg(QDir::toNativeSeparators(m_filePath))
-                      .arg(info.size() >> 20)
-                      .arg(maximumFileSize() >> 20);
         return false;
     }
     QFile file(m_filePath);
@@ -202,8 +239,60 @@ bool Edit::load()
                       .arg(QDir::toNativeSeparators(m_filePath), file.errorString());
         return false;
     }
-    const QByteArray data = file.readAll();
-    file.close();
+    if (file.size() > maximumFileSize()) {
+        openLargeFileView();
+        return false;
+    }
+    *data = file.readAll();
+    // Longest line, in bytes: the editor lays a whole line out at each caret move.
+    const char *p = data->constData();
+    const char *end = p + data->size();
+    while (p < end) {
+        const char *nl = static_cast<const char *>(std::memchr(p, '\n', size_t(end - p)));
+        const char *lineEnd = nl ? nl : end;
+        if (lineEnd - p > maximumLineLength()) {
+            data->clear();
+            openLargeFileView();
+            return false;
+        }
+        p = lineEnd + 1;
+    }
+    return true;
+}
+
+void Edit::openLargeFileView()
+{
+    const TextCodec::ByteOrderMark mark = [this] {
+        QFile file(m_filePath);
+        return file.open(QIODevice::ReadOnly) ? TextCodec::byteOrderMark(file.read(4))
+                                              : TextCodec::ByteOrderMark();
+    }();
+    QTextCodec *codec = TextCodec::codecForName(mark.bytes.isEmpty() ? m_codecName : mark.codec);
+    if (TextCodec::isWide(codec)) {
+        m_error = tr("The file %1 is too large to open in the editor (%2 MB; at most %3 MB).")
+                      .arg(QDir::toNativeSeparators(m_filePath))
+                      .arg(QFileInfo(m_filePath).size() >> 20)
+                      .arg(maximumFileSize() >> 20);
+        return;
+    }
+    m_largeView = new LargeFileView(m_filePath, codec, m_container);
+    m_container->layout()->addWidget(m_largeView);
+    showNotice(tr("The file %1 (%2 MB) is larger than the editor takes (%3 MB, lines up to %4 "
+                  "KB): it is shown read-only, without line numbers.")
+                   .arg(name())
+                   .arg(QString::number(QFileInfo(m_filePath).size() / 1048576.0, 'f', 1))
+                   .arg(maximumFileSize() >> 20)
+                   .arg(maximumLineLength() / 1024));
+    m_largeView->show();
+    m_largeView->setFocus(Qt::OtherFocusReason);
+}
+
+void Edit::load(const QByteArray &data)
+{
+    m_decodingErrors = false;
+    m_binary = false;
+    m_byteOrderMark.clear();
+    const QFileInfo info(m_filePath);
 
     // A byte-order mark names the encoding better than any setting; it is kept for saving.
     TextCodec::Decoded decoded = TextCodec::decode(data, m_codecName);
@@ -233,19 +322,123 @@ bool Edit::load()
     m_editor->SendScintilla(QsciScintillaBase::SCI_EMPTYUNDOBUFFER);
     m_editor->setModified(false);
     m_editor->markerDeleteAll(ChangeMarker);
-    m_editor->setReadOnly(m_readOnly || m_decodingErrors);
+    // The mode bits, not access(): an administrator may write anywhere, but a file
+    // made read-only is still meant to stay as it is.
+    const QFile::Permissions anyWrite = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
+    m_fileReadOnly = info.exists() && !(info.permissions() & anyWrite);
+    m_editor->setReadOnly(m_readOnly || m_decodingErrors || m_fileReadOnly);
+    m_diskState = diskState(m_filePath);
     if (m_binary) {
-        m_notice->setText(tr("The file %1 is not a text file; it is shown read-only.")
-                              .arg(info.fileName()));
-        m_notice->show();
+        showNotice(tr("The file %1 is not a text file; it is shown read-only.")
+                       .arg(info.fileName()));
     } else if (m_decodingErrors) {
-        m_notice->setText(tr("The file %1 holds bytes that are not valid in %2; it is shown "
-                             "read-only so that saving cannot damage it. Choose its encoding "
-                             "to edit it.")
-                              .arg(info.fileName(), QString::fromLatin1(m_fileCodec)));
-        m_notice->show();
+        showNotice(tr("The file %1 holds bytes that are not valid in %2; it is shown "
+                      "read-only so that saving cannot damage it. Choose its encoding "
+                      "to edit it.")
+                       .arg(info.fileName(), QString::fromLatin1(m_fileCodec)));
+    } else if (m_fileReadOnly) {
+        showNotice(tr("Read-only: the file %1 may not be written; it is shown read-only.")
+                       .arg(info.fileName()));
+    } else {
+        showNotice(QString());
     }
-    return true;
+}
+
+void Edit::showNotice(const QString &text)
+{
+    if (!m_notice)
+        return;
+    m_notice->setText(text);
+    m_notice->setVisible(!text.isEmpty());
+}
+
+QString Edit::notice() const
+{
+    return m_notice && !m_notice->isHidden() ? m_notice->text() : QString();
+}
+
+void Edit::showDiskChoice(bool show)
+{
+    if (m_diskChoice)
+        m_diskChoice->setVisible(show);
+}
+
+Edit::DiskState Edit::diskState(const QString &path)
+{
+    const QFileInfo info(path);
+    DiskState state;
+    state.exists = info.exists();
+    if (state.exists) {
+        state.size = info.size();
+        state.modified = info.lastModified();
+    }
+    return state;
+}
+
+bool Edit::isChangedOnDisk() const
+{
+    return m_editor && !(diskState(m_filePath) == m_diskState);
+}
+
+void Edit::watchFile()
+{
+    if (!m_watcher) {
+        m_watcher = new QFileSystemWatcher(this);
+        connect(m_watcher, &QFileSystemWatcher::fileChanged, this, &Edit::fileChangedOnDisk);
+    }
+    // A file replaced by a rename (as saving does) is no longer watched: watch it again.
+    if (QFileInfo::exists(m_filePath) && !m_watcher->files().contains(m_filePath))
+        m_watcher->addPath(m_filePath);
+}
+
+void Edit::fileChangedOnDisk()
+{
+    if (!m_editor)
+        return;
+    const DiskState now = diskState(m_filePath);
+    watchFile();
+    if (now == m_diskState)
+        return; // our own save, or a touch that changed nothing
+    if (!now.exists) {
+        showNotice(tr("The file %1 was removed by another program.").arg(name()));
+        return;
+    }
+    if (!isModified()) {
+        reload();
+        showNotice(tr("The file %1 was changed by another program and has been reloaded.")
+                       .arg(name()));
+        return;
+    }
+    showNotice(tr("The file %1 was changed by another program. Reload it and lose your "
+                  "changes, or keep your version?")
+                   .arg(name()));
+    showDiskChoice(true);
+}
+
+void Edit::reload()
+{
+    if (!m_editor)
+        return;
+    showDiskChoice(false);
+    QByteArray data;
+    if (!readFile(&data)) {
+        if (m_largeView) {
+            // Grown past what the editor takes: the large-file view replaces it.
+            m_editor->hide();
+            delete m_editor;
+            return;
+        }
+        showNotice(m_error);
+        return;
+    }
+    int line = 0;
+    int index = 0;
+    m_editor->getCursorPosition(&line, &index);
+    const long firstVisible = m_editor->SendScintilla(QsciScintillaBase::SCI_GETFIRSTVISIBLELINE);
+    load(data);
+    m_editor->setCursorPosition(qMin(line, m_editor->lines() - 1), 0);
+    m_editor->SendScintilla(QsciScintillaBase::SCI_SETFIRSTVISIBLELINE, firstVisible);
+    watchFile();
 }
 
 QTextCodec *Edit::codec() const
@@ -532,6 +725,11 @@ bool Edit::eventFilter(QObject *watched, QEvent *event)
             }
             return true;
         }
+        if (watched == m_editor && key->key() == Qt::Key_F3 && key->modifiers() == 0) {
+            // The key goes on to the window too, which switches its own find off.
+            showSearchBar();
+            return false;
+        }
         if (watched == m_editor && key->key() == Qt::Key_F5 && key->modifiers() == 0) {
             Q_EMIT startConversion();
             return true;
@@ -543,14 +741,14 @@ bool Edit::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
     }
-    return QProcess::eventFilter(watched, event);
+    return QObject::eventFilter(watched, event);
 }
 
 void Edit::setReadOnly(bool readOnly)
 {
     m_readOnly = readOnly;
     if (m_editor)
-        m_editor->setReadOnly(readOnly || m_decodingErrors);
+        m_editor->setReadOnly(readOnly || m_decodingErrors || m_fileReadOnly);
 }
 
 bool Edit::isReadOnly() const
@@ -580,10 +778,14 @@ QString Edit::text() const
     return m_editor ? m_editor->text() : QString();
 }
 
-void Edit::setText(const QString &text)
+bool Edit::setText(const QString &text)
 {
     if (!m_editor)
-        return;
+        return false;
+    if (!savePrompt(tr("The document %1 has been modified.<br/>Save changes to the file before "
+                       "its text is replaced?")
+                        .arg(name())))
+        return false;
     const bool readOnly = m_editor->isReadOnly();
     m_editor->setReadOnly(false);
     m_editor->setText(text);
@@ -591,6 +793,7 @@ void Edit::setText(const QString &text)
     m_editor->setModified(false);
     m_editor->markerDeleteAll(ChangeMarker);
     m_editor->setReadOnly(readOnly);
+    return true;
 }
 
 void Edit::markLine(int line)
@@ -616,6 +819,23 @@ void Edit::goToLine(int line)
         return;
     m_editor->setCursorPosition(line, 0);
     m_editor->ensureLineVisible(line);
+}
+
+void Edit::showMatch(int line, int column, int length)
+{
+    if (!m_editor || line < 0 || line >= m_editor->lines())
+        return;
+    const QString text = lineText(line);
+    column = qBound(0, column, text.size());
+    length = qBound(0, length, text.size() - column);
+    // Scintilla counts positions in UTF-8 bytes.
+    const long lineStart = m_editor->SendScintilla(QsciScintillaBase::SCI_POSITIONFROMLINE, line);
+    const long start = lineStart + text.left(column).toUtf8().size();
+    const long end = start + text.mid(column, length).toUtf8().size();
+    m_editor->ensureLineVisible(line);
+    m_editor->SendScintilla(QsciScintillaBase::SCI_SETSEL, end, start);
+    // The whole match where it fits, its start first.
+    m_editor->SendScintilla(QsciScintillaBase::SCI_SCROLLRANGE, end, start);
 }
 
 int Edit::currentLine() const
@@ -809,6 +1029,19 @@ bool Edit::save()
         return false;
     }
 
+    if (info.exists() && m_existedAtLoad && !(diskState(m_filePath) == m_diskState)) {
+        const auto answer = QMessageBox::warning(
+            m_editor, QString::fromLatin1(Title),
+            tr("The file %1 has been changed by another program since it was opened.<br/>"
+               "Overwrite those changes with yours?")
+                .arg(shown),
+            QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel);
+        if (answer != QMessageBox::Save) {
+            m_error = tr("Not saved: the file %1 was changed by another program.").arg(shown);
+            return false;
+        }
+    }
+
     QTextCodec *textCodec = codec();
     const QString content = m_editor->text();
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
@@ -841,6 +1074,9 @@ bool Edit::save()
         return false;
     }
     m_existedAtLoad = true;
+    m_diskState = diskState(m_filePath);
+    watchFile();
+    showDiskChoice(false);
     m_editor->setModified(false);
     m_editor->markerDeleteAll(ChangeMarker);
     return true;

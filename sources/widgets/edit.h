@@ -1,13 +1,15 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
+#include <QObject>
 #include <QPointer>
-#include <QProcess>
 #include <QStringList>
 
 class QAction;
 class QBoxLayout;
 class QCheckBox;
+class QFileSystemWatcher;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -15,6 +17,7 @@ class QScrollBar;
 class QTextBrowser;
 class QTextCodec;
 class QWidget;
+class LargeFileView;
 class QsciLexer;
 class QsciScintilla;
 
@@ -22,12 +25,19 @@ class QsciScintilla;
  * The code editor hosted in a panel. execute() builds a fresh editor in the host
  * layout and loads the file set with setFile(); the operations below tolerate the
  * absence of an editor (they do nothing or give 0, false or an empty string).
+ *
+ * A file too large for the editor, or with a line too long for it, is shown
+ * read-only in a LargeFileView instead, and there is no editor.
+ *
+ * The open file is watched: a change on disk reloads an unmodified document at
+ * once and otherwise offers to reload or keep it; saving over a file changed on
+ * disk asks first.
  */
-class Edit : public QProcess
+class Edit : public QObject
 {
     Q_OBJECT
 public:
-    Edit(int id, QObject *parent);
+    explicit Edit(QObject *parent = nullptr);
     ~Edit() override;
 
     void execute();
@@ -47,13 +57,19 @@ public:
     /** The text of line @p line without its line end; empty past the last line. */
     QString lineText(int line) const;
     QString text() const;
-    /** Replaces the whole text; the result counts as the unmodified document. */
-    void setText(const QString &text);
+    /**
+     * Replaces the whole text; the result counts as the unmodified document.
+     * A modified document is first put to the save prompt: false, and nothing
+     * replaced, when the user cancels.
+     */
+    bool setText(const QString &text);
     void markLine(int line);
     /** Removes the marks that markLine() set. */
     void clearMarkedLines();
     bool isLineMarked(int line) const;
     void goToLine(int line);
+    /** Selects @p length characters at @p column of @p line and scrolls them into view. */
+    void showMatch(int line, int column, int length);
     int currentLine() const;
     int fontSize() const { return m_fontSize; }
     void setFontSize(int size);
@@ -85,6 +101,14 @@ public:
     bool save();
 
     QsciScintilla *editorWidget() const;
+    /** The view that shows a file too large for the editor; null otherwise. */
+    LargeFileView *largeFileView() const { return m_largeView; }
+    /** The file on disk differs from what was loaded or saved last. */
+    bool isChangedOnDisk() const;
+    /** The file's mode forbids writing: it is shown read-only. */
+    bool isFileReadOnly() const { return m_fileReadOnly; }
+    /** The text of the notice shown above the editor; empty when none is shown. */
+    QString notice() const;
     /** The editor with its notice line and its search bar. */
     QWidget *widget() const;
 
@@ -98,8 +122,10 @@ public:
 
     /** Chooses the highlighting for a file from its extension, then the conversion. */
     static QString languageName(const QString &fileName, const QString &conversion);
-    /** Largest file the editor opens. */
+    /** Largest file the editor opens; larger ones go to the large-file view. */
     static qint64 maximumFileSize();
+    /** Longest line the editor opens; a file with a longer one goes to the large-file view. */
+    static int maximumLineLength();
     /** From this size on a file is shown without highlighting or folding. */
     static qint64 plainTextSize();
 
@@ -120,12 +146,32 @@ public Q_SLOTS:
     bool findPrevious();
     void replaceCurrent();
     int replaceAll();
+    /** Reads the file again, keeping the position shown. */
+    void reload();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    bool load();
+    struct DiskState
+    {
+        bool exists = false;
+        qint64 size = -1;
+        QDateTime modified;
+        bool operator==(const DiskState &o) const
+        {
+            return exists == o.exists && size == o.size && modified == o.modified;
+        }
+    };
+    static DiskState diskState(const QString &path);
+
+    bool readFile(QByteArray *data);
+    void load(const QByteArray &data);
+    void openLargeFileView();
+    void watchFile();
+    void fileChangedOnDisk();
+    void showNotice(const QString &text);
+    void showDiskChoice(bool show);
     void buildSearchBar();
     void applyLanguage();
     void applyFont();
@@ -139,6 +185,9 @@ private:
     QsciLexer *m_lexer = nullptr;
     QBoxLayout *m_hostLayout = nullptr;
     QLabel *m_notice = nullptr;
+    QWidget *m_diskChoice = nullptr;
+    LargeFileView *m_largeView = nullptr;
+    QFileSystemWatcher *m_watcher = nullptr;
     QWidget *m_searchBar = nullptr;
     QLineEdit *m_findEdit = nullptr;
     QLineEdit *m_replaceEdit = nullptr;
@@ -148,6 +197,7 @@ private:
     QTextBrowser *m_results = nullptr;
     QAction *m_findAction = nullptr;
     QAction *m_findNextAction = nullptr;
+    QAction *m_saveAction = nullptr;
 
     QString m_filePath;
     QByteArray m_codecName = "System";
@@ -162,4 +212,6 @@ private:
     bool m_decodingErrors = false;
     bool m_binary = false;
     bool m_existedAtLoad = false;
+    bool m_fileReadOnly = false;
+    DiskState m_diskState; // the file as last loaded or saved
 };

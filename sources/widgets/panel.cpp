@@ -318,7 +318,7 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
     const QString encoding =
         settings.value(m_isLeft ? QStringLiteral("/SRCENC=") : QStringLiteral("/TRGENC="))
             .toString();
-    auto *edit = new Edit(1, this);
+    auto *edit = new Edit(this);
     edit->setHostLayout(layout);
     edit->setCodec(encoding.isEmpty() ? QByteArray("System") : encoding.toLatin1());
     edit->setReadOnly(!isEdit);
