@@ -1,0 +1,1 @@
+"""The default engine's SQL conversion: splitting, table DDL and statement rewriting."""
