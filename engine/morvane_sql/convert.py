@@ -15,7 +15,14 @@ _OBJECT = re.compile(
     r"TYPE\s+BODY|TYPE|SCHEMA|DATABASE|SYNONYM|EVENT)\b\s*(?:IF\s+(?:NOT\s+)?EXISTS\s+)?"
     r"(?P<name>(?:[\w$#@]+|\[[^\]]*\]|`[^`]*`|\"[^\"]*\")(?:\s*\.\s*(?:[\w$#@]+|\[[^\]]*\]|`[^`]*`|\"[^\"]*\"))*)?",
     re.IGNORECASE)
-_PROCEDURAL = {"procedure", "function", "trigger", "package", "package body", "type body", "event"}
+_PROCEDURAL = {"procedure", "function", "trigger", "package", "package body", "type body", "event",
+               "block"}
+# Procedural code outside any object: PL/SQL blocks, T-SQL control flow.
+_BLOCK = {
+    "oracle": re.compile(r"(?:DECLARE|BEGIN)\b", re.IGNORECASE),
+    "tsql": re.compile(r"(?:IF|WHILE|DECLARE|BEGIN(?!\s+(?:TRAN|TRANSACTION|DISTRIBUTED)\b))\b",
+                       re.IGNORECASE),
+}
 _KIND_NAMES = {"proc": "procedure"}
 # Client and session statements with no PostgreSQL meaning.
 _SESSION = {
@@ -66,8 +73,11 @@ def _plural(kind, n):
     return kind + ("es" if kind.endswith(("x", "s")) else "s")
 
 
-def describe(text):
+def describe(text, dialect=""):
     """(kind, name) of a statement: "table", "dbo.Orders"; ("statement", "") for the rest."""
+    block = _BLOCK.get(dialect)
+    if block is not None and block.match(text):
+        return "block", ""
     m = _OBJECT.match(text)
     if not m:
         word = text.split(None, 1)[0].lower() if text.split() else ""
@@ -105,7 +115,7 @@ class ScriptConverter:
         out = [_lead(unit.lead, self.read)]
         if not unit.text:
             return "".join(out)
-        kind, name = describe(unit.text)
+        kind, name = describe(unit.text, self.read)
         label = ("%s %s" % (kind, name)).strip()
         try:
             statements, notes, reported, outcome = self._convert(unit, kind)
@@ -121,7 +131,8 @@ class ScriptConverter:
             out.append(commented(unit.text + self._terminator(kind)))
             return "".join(out)
         for note in reported:
-            self.report("line %d - note: %s: %s" % (unit.line, label, note))
+            what = "not converted" if outcome == Outcome.COMMENTED and kind in _PROCEDURAL else "note"
+            self.report("line %d - %s: %s: %s" % (unit.line, what, label, note))
         self.tally.add(kind, outcome)
         for note in notes:
             out.append("-- %s %s\n" % (MARK, note))

@@ -69,6 +69,11 @@ class Result:
             self.reported.append(text)
 
 
+# The statements this layer may handle; the others are not even tokenized.
+_DDL_HEAD = re.compile(r"(?:CREATE\s[\w\s]*?\b(?:TABLE|INDEX|SEQUENCE|TRIGGER)\b|ALTER\s+TABLE\b)",
+                       re.IGNORECASE)
+
+
 class _Stream:
     def __init__(self, tokens):
         self.all = tokens
@@ -204,6 +209,8 @@ class DdlConverter:
 
     def convert(self, text):
         """A Result for a DDL statement this layer handles, or None for the others."""
+        if not _DDL_HEAD.match(text):
+            return None
         tokens = tokenize(text, hash_comments=self.read == "mysql")
         stream = _Stream(tokens)
         head = [stream.word(k) or "" for k in range(4)]

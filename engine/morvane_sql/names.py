@@ -1,9 +1,10 @@
 """How names are written for PostgreSQL.
 
-A plain name (letters, digits, underscores) is written without quotes, in lower
-case, whatever quoting the source used ([Name], `name`, "NAME"): PostgreSQL then
-folds every later use of it the same way. Names it reserves, and names holding
-blanks or other signs, keep double quotes.
+Every name is written in lower case, whatever quoting the source used ([Name],
+`name`, "NAME"), as sqlglot writes the names of the other statements: a view then
+finds the table and columns it reads. A plain name (letters, digits, underscores)
+goes without quotes; names PostgreSQL reserves, and names holding blanks or other
+signs, keep double quotes.
 """
 import re
 
@@ -33,4 +34,4 @@ def pg_name(name, quoted_in_source=True):
     """One name part as PostgreSQL should read it."""
     if is_simple(name):
         return '"%s"' % name.lower() if is_reserved(name) else name.lower()
-    return '"%s"' % name.replace('"', '""')
+    return '"%s"' % name.lower().replace('"', '""')

@@ -10,7 +10,8 @@ import sqlglot
 import sqlglot.errors
 from sqlglot import exp
 
-from .names import is_simple, is_reserved, pg_name
+from .names import pg_name
+from .tokens import tokenize
 
 POSTGRES_FAMILY = {"postgres"}
 
@@ -26,8 +27,15 @@ class ConversionError(Exception):
         self.line = line
 
 
+_PARSED = {}
+
+
 def _pg(sql):
-    return sqlglot.parse_one(sql, read="postgres")
+    """A PostgreSQL snippet as a tree (parsed once, copied for each use)."""
+    tree = _PARSED.get(sql)
+    if tree is None:
+        tree = _PARSED[sql] = sqlglot.parse_one(sql, read="postgres")
+    return tree.copy()
 
 
 # Source functions PostgreSQL spells otherwise (no arguments, or the same ones).
@@ -60,6 +68,8 @@ def _function_name(node):
 
 def _fix_node(node, read):
     """One node of the tree, made valid PostgreSQL; returns the replacement."""
+    if type(node) not in _TOUCHED:
+        return node
     name = _function_name(node)
     if name:
         args = node.expressions
@@ -89,8 +99,6 @@ def _fix_node(node, read):
         if unit in ("day", "dd", "d"):
             return _pg("(CAST(%s AS DATE) - CAST(%s AS DATE))"
                        % (node.this.sql("postgres"), node.expression.sql("postgres")))
-    if isinstance(node, exp.CurrentTimestamp):
-        return _pg("CURRENT_TIMESTAMP")
     if isinstance(node, exp.Column):
         word = _bare_word(node)
         if word in _BARE:
@@ -102,9 +110,13 @@ def _fix_node(node, read):
         node.set("db", None)
         node.set("catalog", None)
         return node
-    if isinstance(node, exp.Identifier):
-        return _identifier(node)
     return node
+
+
+# Words that may need _fix_node: a statement without any of them is left as the library wrote it.
+_NEEDS_FIXING = re.compile(r"\b(?:dbo|%s|TRUNC|DATEDIFF|DECODE|NEXTVAL|CURRVAL)\b" % "|".join(
+    set(_NO_ARGUMENT) | set(_RENAMED) | set(_BARE)), re.IGNORECASE)
+_TOUCHED = {exp.Anonymous, exp.IfNull, exp.Matches, exp.DateDiff, exp.Column, exp.Table}
 
 
 def _bare_word(node):
@@ -113,12 +125,18 @@ def _bare_word(node):
     return ""
 
 
-def _identifier(node):
-    name = str(node.this)
-    if is_simple(name):
-        # Unquoted in the output, so PostgreSQL folds it the way the table DDL does.
-        return exp.Identifier(this=name.lower(), quoted=is_reserved(name))
-    return exp.Identifier(this=name, quoted=True)
+def _fix_tree(tree, read):
+    """The tree made valid PostgreSQL, changed in place where it can be (copying the
+    whole tree for each statement would cost more than parsing it)."""
+    for node, _, _ in list(tree.walk()):
+        new = _fix_node(node, read)
+        if new is node:
+            continue
+        if node is tree:
+            tree = new
+        else:
+            node.replace(new)
+    return tree
 
 
 def _pre_rewrite(text, read):
@@ -149,11 +167,31 @@ def _plain_reason(reason):
     return reason
 
 
+# MySQL's row of defaults: INSERT INTO t () VALUES ().
+_DEFAULT_ROW = re.compile(r"INSERT\s+(?:INTO\s+)?([^()]+?)\s*\(\s*\)\s*VALUES?\s*\(\s*\)\s*\Z",
+                          re.IGNORECASE)
+_TRAILING_COMMENTS = re.compile(r"(?:\s*(?:--[^\n]*|/\*(?:(?!\*/).)*\*/))+\s*\Z", re.DOTALL)
+
+
 def transpile(text, read, write):
     """The statement in the target dialect, as a list of statements.
 
     Raises ConversionError with the library's own reason and token."""
+    # Comments after the last token go after the statement: the library would copy
+    # them onto several of its nodes.
+    trailing = _TRAILING_COMMENTS.search(text)
+    if trailing and trailing.start() > 0:
+        converted = transpile(text[:trailing.start()], read, write)
+        comments = [c.strip() for c in re.findall(r"--[^\n]*|/\*.*?\*/", trailing.group(0), re.DOTALL)]
+        if converted:
+            converted[-1] += " " + " ".join(c if c.startswith("/*") else "/*%s */" % c[2:]
+                                            for c in comments)
+        return converted
     to_postgres = write in POSTGRES_FAMILY
+    defaults = _DEFAULT_ROW.match(text)
+    if defaults and to_postgres:
+        table = ".".join(t.pg() for t in tokenize(defaults.group(1)) if t.text != ".")
+        return ["INSERT INTO %s DEFAULT VALUES" % table]
     if to_postgres:
         text = _pre_rewrite(text, read)
     try:
@@ -173,10 +211,12 @@ def transpile(text, read, write):
         if tree is None:
             continue
         try:
-            if to_postgres:
-                tree = tree.transform(lambda node: _fix_node(node, read))
-            # Statements written over several lines stay readable.
-            results.append(tree.sql(dialect=write or None, pretty="\n" in text.strip()))
+            if to_postgres and _NEEDS_FIXING.search(text):
+                tree = _fix_tree(tree, read)
+            # Statements written over several lines stay readable. Names are written in
+            # lower case, as PostgreSQL folds them and as the table DDL writes them.
+            results.append(tree.sql(dialect=write or None, pretty="\n" in text.strip(),
+                                    normalize=to_postgres))
         except sqlglot.errors.UnsupportedError as e:
             raise ConversionError("the target has no form for it (%s)" % e) from None
         except Exception as e:
