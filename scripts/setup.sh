@@ -6,7 +6,7 @@ set -euo pipefail
 PACKAGES=(
     build-essential cmake ninja-build ccache pkg-config
     qtbase5-dev qtbase5-dev-tools libqt5svg5-dev libqscintilla2-qt5-dev
-    python3 python3-sqlglot
+    python3 python3-sqlglot postgresql postgresql-client util-linux
     fonts-open-sans
     xvfb xauth imagemagick xdotool
     desktop-file-utils appstream
