@@ -393,7 +393,6 @@ class DdlConverter:
                                      % (table, column, default))
             return True
         holder = _Table(self, table, short, result)
-        holder.existing = True
         for element in _split_commas(s.rest()):
             holder.element(_Stream(element))
         for line in holder.lines:
@@ -454,7 +453,6 @@ class _Table:
         self.columns = {}
         self.after = []
         self.identity = None
-        self.existing = False
 
     def add(self, parts, kind):
         line = _Line(kind, parts)

@@ -186,8 +186,15 @@ class _Splitter:
                     if word == "CASE" or self._next_word(m.end()) not in _NOT_A_BLOCK \
                             and not self._next_is(m.end(), ";"):
                         depth += 1
-                elif word == "END" and depth > 0 and self._next_word(m.end()) not in _END_OF_LOOP:
-                    depth -= 1
+                elif word == "END":
+                    closed = re.compile(r"\s*([A-Za-z_]+)").match(text, m.end())
+                    closes = closed.group(1).upper() if closed else ""
+                    if closes not in _END_OF_LOOP and depth > 0:
+                        depth -= 1
+                    if closes in _END_OF_LOOP or closes == "CASE":
+                        # END IF, END CASE...: the word after END opens nothing.
+                        i = closed.end()
+                        continue
                 i = m.end()
                 continue
             i += 1

@@ -189,6 +189,11 @@ class ScriptFormsTest(EngineTest):
          b"  COMMIT;\nEND //\nDELIMITER ;\nINSERT INTO `a b` () VALUES ();\n",
          "2 statements, 1 table converted; 1 procedure kept as comments",
          ["line 5 - not converted: procedure p:"]),
+        ("MySQL routine without DELIMITER", "MySQL",
+         b"CREATE FUNCTION f(a INT) RETURNS INT DETERMINISTIC\nBEGIN\n  DECLARE b INT;\n"
+         b"  CASE WHEN a > 1 THEN SET b = 1; ELSE SET b = 0; END CASE;\n  RETURN b;\nEND;\n"
+         b"SELECT 1 + 1 AS two;\n",
+         "1 statement converted; 1 function kept as comments", ["line 1 - not converted: function f:"]),
     ]
 
     def test_forms(self):
