@@ -337,7 +337,7 @@ class Run:
 
 
 def main(argv):
-    if argv[:1] in (["--help"], ["-h"], ["/?"]):
+    if not argv or argv[:1] in (["--help"], ["-h"], ["/?"]):
         out(__doc__)
         return 0
     if argv[:1] == ["--list-directions"]:
