@@ -246,6 +246,8 @@ private Q_SLOTS:
         create("L/bad\xffname.sql", "select 1;\n");
         create("R/bad\xffname.sql", "select 2;\n");
         create("L/caf\xe8.sql", "x"); // one byte away from a name on both sides
+        m_left->changePath(m_dir->filePath("L"));
+        m_right->changePath(m_dir->filePath("R"));
         run(m_byContent);
         const auto decoded = [](const char *bytes) { return QFile::decodeName(bytes); };
         const FolderDifferences &d = m_diff->lastDifferences();

@@ -54,14 +54,33 @@ void FileListDiff::unfollow(QMetaObject::Connection (&connections)[2])
 
 void FileListDiff::refreshPanels()
 {
-    m_firstPanel->fileSystemView()->updateFileView();
-    m_secondPanel->fileSystemView()->updateFileView();
+    clearMarks(m_firstPanel->fileSystemView());
+    clearMarks(m_secondPanel->fileSystemView());
+}
+
+void FileListDiff::setMarked(FileSystemView *view)
+{
+    m_marked.insert(view, view->currentPath());
+}
+
+void FileListDiff::clearMarks(FileSystemView *view)
+{
+    // Rebuilding a list of many thousand rows stalls the window: only a list that
+    // still shows this object's marks (or hides rows for it) is rebuilt.
+    const auto it = m_marked.find(view);
+    if (it == m_marked.end())
+        return;
+    if (*it == view->currentPath())
+        view->updateFileView();
+    m_marked.erase(it);
 }
 
 void FileListDiff::hideUnmarked()
 {
-    m_firstPanel->fileSystemView()->hideUnmarkedFiles();
-    m_secondPanel->fileSystemView()->hideUnmarkedFiles();
+    for (Panel *panel : {m_firstPanel, m_secondPanel}) {
+        panel->fileSystemView()->hideUnmarkedFiles();
+        setMarked(panel->fileSystemView());
+    }
 }
 
 void FileListDiff::compareFilesBySize()
@@ -127,8 +146,8 @@ void FileListDiff::compareBy(COMPARE_CRITERIA criteria)
     Panel *second = firstIsActive ? m_secondPanel : m_firstPanel;
     m_firstView = first->fileSystemView();
     m_secondView = second->fileSystemView();
-    m_firstView->updateFileView();
-    m_secondView->updateFileView();
+    clearMarks(m_firstView);
+    clearMarks(m_secondView);
     m_criteria = criteria;
     const bool wasRunning = m_worker->isRunning();
     m_worker->start(m_firstView->currentPath(), m_secondView->currentPath(), criteria);
@@ -153,6 +172,8 @@ void FileListDiff::showDifferences(const FolderDifferences &differences)
         m_firstView->markFiles(m_last.onlyInFirst, FileSystemView::AbsentMark);
         qDebug() << "Absent files: " << m_last.onlyInSecond;
         m_secondView->markFiles(m_last.onlyInSecond, FileSystemView::AbsentMark);
+        setMarked(m_firstView);
+        setMarked(m_secondView);
         if (m_showMarkedOnly->isChecked())
             hideUnmarked();
     }

@@ -4,6 +4,7 @@
 
 #include <QPointer>
 
+#include <QHash>
 #include <QMetaObject>
 #include <QObject>
 
@@ -55,6 +56,8 @@ private:
     void follow(QMetaObject::Connection (&connections)[2], void (FileListDiff::*slot)(const QString &));
     void unfollow(QMetaObject::Connection (&connections)[2]);
     void refreshPanels();
+    void setMarked(FileSystemView *view);
+    void clearMarks(FileSystemView *view);
     void hideUnmarked();
 
     QAction *m_compareBySize = nullptr;
@@ -70,4 +73,6 @@ private:
     QPointer<FileSystemView> m_firstView;
     QPointer<FileSystemView> m_secondView;
     COMPARE_CRITERIA m_criteria = COMPARE_BY_SIZE;
+    // The lists that show marks (or hide rows) of a comparison, with the folder shown.
+    QHash<const FileSystemView *, QString> m_marked;
 };
