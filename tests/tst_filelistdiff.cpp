@@ -1,4 +1,5 @@
 #include "filelistdiff.h"
+#include "filelistmodel.h"
 #include "filenamecodec.h"
 #include "filesystemview.h"
 #include "fileview.h"
@@ -12,7 +13,6 @@
 #include <QLabel>
 #include <QRandomGenerator>
 #include <QStatusBar>
-#include <QTreeWidget>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -99,19 +99,21 @@ private:
     {
         QMap<QString, Mark> result;
         FileSystemView *view = panel->fileSystemView();
-        QTreeWidget *tree = view->treeWidget();
-        const int column = view->fileView()->nameColumn();
-        for (int i = 0; i < tree->topLevelItemCount(); ++i) {
-            QTreeWidgetItem *item = tree->topLevelItem(i);
-            bool found = false;
-            const QFileInfo info = view->fileInfoMap().value(item, &found);
-            if (!found || info.fileName() == QLatin1String(".."))
+        const TreeWidget *tree = view->treeWidget();
+        const FileListModel *model = view->model();
+        const int column = model->nameColumn();
+        for (int row = 0; row < model->count(); ++row) {
+            const FileRow &file = model->rowAt(row);
+            if (file.kind == FileRow::Parent)
                 continue;
-            const QColor color = item->foreground(column).color();
-            Mark mark = item->isHidden() ? Hidden : None;
-            if (!item->isHidden() && item->font(column).weight() == 75) // a mark is colour and bold
+            const QModelIndex index = model->index(row, column);
+            const QColor color = index.data(Qt::ForegroundRole).value<QColor>();
+            const bool hidden = tree->isRowHidden(row, {});
+            Mark mark = hidden ? Hidden : None;
+            // A mark is colour and bold.
+            if (!hidden && index.data(Qt::FontRole).value<QFont>().weight() == 75)
                 mark = color.green() == 100 ? Different : color.red() == 255 ? Absent : None;
-            result.insert(info.fileName(), mark);
+            result.insert(file.fileName(), mark);
         }
         return result;
     }

@@ -1,6 +1,7 @@
 #include "testsupport.h"
 
-#include "fileinfomap.h"
+#include "filelisting.h"
+#include "filelistmodel.h"
 #include "fullfileview.h"
 #include "treewidget.h"
 
@@ -13,27 +14,27 @@ struct Listing
 {
     TreeWidget tree;
     FullFileView view;
-    FileInfoMap map;
 
     explicit Listing(const QString &path, const QString &mask = QString())
     {
         if (!mask.isNull())
             view.setMask(mask);
         view.setColumns(&tree);
-        view.showObjects(&tree, path, map);
+        view.showObjects(tree.fileModel(), path);
     }
+    const FileListModel &model() const { return *tree.fileModel(); }
     QStringList column(int column) const
     {
         QStringList texts;
-        for (int i = 0; i < tree.topLevelItemCount(); ++i)
-            texts << tree.topLevelItem(i)->text(column);
+        for (int i = 0; i < model().count(); ++i)
+            texts << model().index(i, column).data().toString();
         return texts;
     }
     QStringList row(int row) const
     {
         QStringList texts;
-        for (int c = 0; c < tree.columnCount(); ++c)
-            texts << tree.topLevelItem(row)->text(c);
+        for (int c = 0; c < model().columnCount(); ++c)
+            texts << model().index(row, c).data().toString();
         return texts;
     }
 };
@@ -83,14 +84,17 @@ void TestFileView::cellTexts()
     TestDir dir;
     dir.createFile(fileName, QByteArray(size, 'x'));
     Listing list(dir.path());
-    QCOMPARE(list.tree.topLevelItemCount(), 2);
+    QCOMPARE(list.model().count(), 2);
     const QStringList texts = list.row(1);
     QTEST(QStringList(texts.mid(0, 3)), "cells");
-    QCOMPARE(texts.at(3), FileView::dateText(QFileInfo(dir.filePath(fileName)).lastModified(),
-                                             FileView::usesUsTime()));
-    // The row leads back to its file through the map.
-    QCOMPARE(list.map.value(list.tree.topLevelItem(1)).fileName(), fileName);
-    QVERIFY(list.tree.topLevelItem(1)->flags() & Qt::ItemIsEditable);
+    QCOMPARE(texts.at(3), FileListing::dateText(QFileInfo(dir.filePath(fileName)).lastModified(),
+                                                FileListing::usesUsTime()));
+    // The row leads back to its file through its key.
+    const QString key = list.model().index(1, 0).data(FileListModel::KeyRole).toString();
+    QCOMPARE(QFileInfo(key).fileName(), fileName);
+    QCOMPARE(list.model().rowOf(key), 1);
+    QVERIFY(list.model().index(1, 0).flags() & Qt::ItemIsEditable);
+    QVERIFY(!(list.model().index(0, 0).flags() & Qt::ItemIsEditable));
 }
 
 void TestFileView::dateText_data()
@@ -112,7 +116,7 @@ void TestFileView::dateText()
 {
     QFETCH(QDateTime, time);
     QFETCH(bool, usTime);
-    QTEST(FileView::dateText(time, usTime).toLower(), "text");
+    QTEST(FileListing::dateText(time, usTime).toLower(), "text");
 }
 
 void TestFileView::listingOrderAndParentRow()
@@ -121,11 +125,11 @@ void TestFileView::listingOrderAndParentRow()
     {
         // An empty folder still shows "..", which counts as nothing.
         Listing empty(dir.path());
-        QCOMPARE(empty.tree.topLevelItemCount(), 1);
+        QCOMPARE(empty.model().count(), 1);
         QCOMPARE(empty.row(0), QStringList({"..", "", "<Dir>", ""}));
         int count = -1;
         qint64 size = -1;
-        empty.view.countRows(&empty.tree, empty.map, &count, &size);
+        FileView::countRows(empty.model(), &count, &size);
         QCOMPARE(count, 0);
         QCOMPARE(size, 0);
     }
@@ -136,9 +140,9 @@ void TestFileView::listingOrderAndParentRow()
     dir.createFile(".hidden");
     Listing list(dir.path());
     QCOMPARE(list.column(0), QStringList({"..", "Alpha", "zeta", "A", "b"}));
-    QCOMPARE(list.tree.topLevelItem(1)->text(2), QStringLiteral("<Dir>"));
-    QCOMPARE(list.tree.headerItem()->text(0), QStringLiteral("Name"));
-    QCOMPARE(list.tree.headerItem()->text(3), QStringLiteral("Date"));
+    QCOMPARE(list.row(1).at(2), QStringLiteral("<Dir>"));
+    QCOMPARE(list.model().headerData(0, Qt::Horizontal).toString(), QStringLiteral("Name"));
+    QCOMPARE(list.model().headerData(3, Qt::Horizontal).toString(), QStringLiteral("Date"));
 
     // A click on "Size" sorts by value and keeps ".." and folders on top.
     dir.createFile("c.txt", QByteArray(100, 'x'));
@@ -184,8 +188,8 @@ void TestFileView::hundredThousandFiles()
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
     Listing list(dir.path());
-    QCOMPARE(list.tree.topLevelItemCount(), files + 1);
-    QCOMPARE(list.map.size(), files + 1);
+    QCOMPARE(list.model().count(), files + 1);
+    QCOMPARE(list.model().rowOf(dir.filePath(QStringLiteral("f%1.txt").arg(files - 1))), files);
 }
 
 QTEST_MAIN(TestFileView)

@@ -1,31 +1,10 @@
 #include "testsupport.h"
 
-#include "fileinfomap.h"
+#include "filelistmodel.h"
 #include "flatfileview.h"
 #include "treewidget.h"
 
 #include <QElapsedTimer>
-
-/** A walk that lingers on every entry, so that stopping it can be watched. */
-class SlowFlatFileView : public FlatFileView
-{
-public:
-    std::atomic<bool> ignoreStop{false};
-    std::atomic<bool> started{false};
-
-protected:
-    void run() override
-    {
-        started.store(true);
-        if (ignoreStop.load()) {
-            // A walk stuck in a system call that never sees the flag.
-            for (;;)
-                QThread::msleep(5);
-        }
-        while (!isStopRequested())
-            QThread::msleep(1);
-    }
-};
 
 class TestFlatFileView : public QObject
 {
@@ -41,30 +20,43 @@ private Q_SLOTS:
 private:
     static QStringList listing(const QString &root, bool withParent = true,
                                TreeWidget *treeOut = nullptr);
+    static QStringList rows(const FileListModel &model);
+    static void fill(const TestDir &dir, int files);
 };
+
+QStringList TestFlatFileView::rows(const FileListModel &model)
+{
+    QStringList rows;
+    for (int i = 0; i < model.count(); ++i) {
+        rows << model.index(i, 0).data().toString() + QLatin1Char('|')
+                + model.index(i, 1).data().toString() + QLatin1Char('|')
+                + model.index(i, 2).data().toString();
+        const QString key = model.index(i, 0).data(FileListModel::KeyRole).toString();
+        if (model.rowOf(key) != i)
+            rows << QStringLiteral("row not found by its key");
+    }
+    rows.sort();
+    return rows;
+}
+
+void TestFlatFileView::fill(const TestDir &dir, int files)
+{
+    for (int i = 0; i < files; ++i)
+        dir.createFile(QStringLiteral("d%1/f%2.sql").arg(i % 50).arg(i));
+}
 
 QStringList TestFlatFileView::listing(const QString &root, bool withParent, TreeWidget *treeOut)
 {
     TreeWidget localTree;
     TreeWidget *tree = treeOut ? treeOut : &localTree;
     FlatFileView view;
-    FileInfoMap map;
     bool done = false;
     view.setDoneCallback([&done] { done = true; });
     view.setColumns(tree);
-    view.showObjects(tree, root, map, withParent);
+    view.showObjects(tree->fileModel(), root, withParent);
     if (!QTest::qWaitFor([&done] { return done; }, 10000))
         return {QStringLiteral("timeout")};
-    QStringList rows;
-    for (int i = 0; i < tree->topLevelItemCount(); ++i) {
-        const QTreeWidgetItem *item = tree->topLevelItem(i);
-        rows << item->text(0) + QLatin1Char('|') + item->text(1) + QLatin1Char('|')
-                + item->text(2);
-        if (!map.contains(FileInfoMap::keyOf(item)))
-            rows << QStringLiteral("row without map entry");
-    }
-    rows.sort();
-    return rows;
+    return rows(*tree->fileModel());
 }
 
 void TestFlatFileView::listsFilesOfAllFolders()
@@ -78,9 +70,9 @@ void TestFlatFileView::listsFilesOfAllFolders()
     TreeWidget tree;
     QCOMPARE(listing(dir.path(), true, &tree),
              QStringList({"a/b|two.tar|gz", "a|one|txt", "|..|", "|top|sql"}));
-    QCOMPARE(tree.headerItem()->text(0), QStringLiteral("Directory"));
+    QCOMPARE(tree.model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("Directory"));
     // Flat rows are not renamed in place.
-    QVERIFY(!(tree.topLevelItem(0)->flags() & Qt::ItemIsEditable));
+    QVERIFY(!(tree.model()->index(0, 1).flags() & Qt::ItemIsEditable));
     QCOMPARE(listing(dir.path(), false), QStringList({"a/b|two.tar|gz", "a|one|txt", "|top|sql"}));
 }
 
@@ -91,8 +83,7 @@ void TestFlatFileView::symlinkLoopListedOnce()
     // A loop back to the root, a second way into "a" and a dangling link.
     QVERIFY(QFile::link(dir.path(), dir.filePath("a/loop")));
     QVERIFY(QFile::link(dir.filePath("a"), dir.filePath("twin")));
-    QVERIFY(QFile::link(dir.filePath("nowhere"),
-                        dir.filePath("dangling")));
+    QVERIFY(QFile::link(dir.filePath("nowhere"), dir.filePath("dangling")));
     const QStringList rows = listing(dir.path(), false);
     QCOMPARE(rows.filter("file|sql").size(), 1);
     QVERIFY2(rows.size() <= 2, qPrintable(rows.join(QLatin1Char(','))));
@@ -100,53 +91,53 @@ void TestFlatFileView::symlinkLoopListedOnce()
 
 void TestFlatFileView::stop_data()
 {
-    QTest::addColumn<bool>("stuck");
-    QTest::newRow("walk sees the request") << false;
-    QTest::newRow("stuck walk is terminated") << true;
+    QTest::addColumn<bool>("destroy");
+    QTest::newRow("stopped") << false;
+    QTest::newRow("destroyed while walking") << true;
 }
 
 void TestFlatFileView::stop()
 {
-    QFETCH(bool, stuck);
+    QFETCH(bool, destroy);
+    TestDir dir;
+    fill(dir, 3000);
     TreeWidget tree;
-    SlowFlatFileView view;
-    FileInfoMap map;
-    view.ignoreStop.store(stuck);
-    view.setStopTimeout(200);
-    view.setColumns(&tree);
-    view.showObjects(&tree, QDir::tempPath(), map);
-    QTRY_VERIFY(view.started.load());
+    auto view = std::make_unique<FlatFileView>();
+    view->setColumns(&tree);
+    view->showObjects(tree.fileModel(), dir.path());
+    QVERIFY(view->isBusy());
+    // Stopping never waits for the walk, and nothing arrives after it.
     QElapsedTimer timer;
     timer.start();
-    view.stop();
-    QVERIFY(!view.isRunning());
-    QVERIFY(!view.isBusy());
-    QCOMPARE(timer.elapsed() >= 200, stuck);
+    if (destroy)
+        view.reset();
+    else
+        view->stop();
+    QVERIFY(timer.elapsed() < 1000);
+    QVERIFY(!view || !view->isBusy());
+    const int rowsAtStop = tree.fileModel()->count();
+    QTest::qWait(300);
+    QCOMPARE(tree.fileModel()->count(), rowsAtStop);
 }
 
 void TestFlatFileView::restartDropsOldRows()
 {
     TestDir first;
     TestDir second;
-    for (int i = 0; i < 2000; ++i)
-        first.createFile(QStringLiteral("d%1/f.sql").arg(i % 50) + QString::number(i));
+    fill(first, 2000);
     second.createFile("only.txt");
     TreeWidget tree;
     FlatFileView view;
-    FileInfoMap map;
     bool done = false;
     view.setDoneCallback([&done] { done = true; });
     view.setColumns(&tree);
-    view.showObjects(&tree, first.path(), map, false);
+    view.showObjects(tree.fileModel(), first.path(), false);
     // A new listing replaces the old one, whatever the old one had sent.
-    view.stop();
-    tree.clear();
-    map.clear();
-    view.showObjects(&tree, second.path(), map, false);
+    tree.fileModel()->clear();
+    view.showObjects(tree.fileModel(), second.path(), false);
     QTRY_VERIFY(done);
-    QCoreApplication::processEvents();
-    QCOMPARE(tree.topLevelItemCount(), 1);
-    QCOMPARE(tree.topLevelItem(0)->text(1), QStringLiteral("only"));
+    QTest::qWait(100);
+    QCOMPARE(rows(*tree.fileModel()), QStringList({"|only|txt"}));
 }
 
 QTEST_MAIN(TestFlatFileView)

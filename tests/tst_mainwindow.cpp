@@ -2,6 +2,7 @@
 #include "conversioncontroller.h"
 #include "conversionoptionsdialog.h"
 #include "edit.h"
+#include "filelistmodel.h"
 #include "filesystemview.h"
 #include "mainwindow.h"
 #include "panel.h"
@@ -20,23 +21,23 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QToolBar>
-#include <QTreeWidget>
 #include <Qsci/qsciscintilla.h>
 
 namespace {
 
 // Makes @p name the only selected row of @p panel's list and gives it the focus.
-QTreeWidget *selectRow(Panel *panel, const QString &name)
+TreeWidget *selectRow(Panel *panel, const QString &name)
 {
-    QTreeWidget *tree = panel->fileSystemView()->treeWidget();
-    const auto items = tree->findItems(name, Qt::MatchExactly, 0);
-    if (items.isEmpty())
-        return nullptr;
-    tree->setFocus();
-    tree->setCurrentItem(items.first());
-    tree->clearSelection();
-    items.first()->setSelected(true);
-    return tree;
+    TreeWidget *tree = panel->fileSystemView()->treeWidget();
+    const FileListModel *model = tree->fileModel();
+    for (int row = 0; row < model->count(); ++row) {
+        if (model->rowAt(row).name == name) {
+            tree->setFocus();
+            tree->setCurrentRow(row);
+            return tree;
+        }
+    }
+    return nullptr;
 }
 
 // Accepts the next modal dialog as soon as it shows.
@@ -231,7 +232,7 @@ private Q_SLOTS:
         QPlainTextEdit *log = window.form()->textEditLogView;
 
         // F6 copies from either side to the other.
-        QTreeWidget *tree = selectRow(leftPanel, "a");
+        TreeWidget *tree = selectRow(leftPanel, "a");
         QVERIFY(tree);
         acceptNextDialog();
         QTest::keyClick(tree, Qt::Key_F6);

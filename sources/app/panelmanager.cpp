@@ -31,6 +31,7 @@ PanelManager::PanelManager(Ui::MainWindow *ui, QMainWindow *window, Conversion *
     m_right = new Panel(ui->rightPanelLayout, ui->rightSideWidget, ui->statusBar,
                         ui->rightPathLabel, false, this);
     m_current = m_left;
+    m_right->fileSystemView()->setStatusActive(false);
 
     m_notify = [](const QString &message) {
         QMessageBox::information(nullptr, QStringLiteral("Morvane Navarch"), message);
@@ -134,6 +135,9 @@ void PanelManager::activePanelChanged()
     triggeredSyncBrowserMode();
     updateViewButton();
     m_ui->actionFlat_List_View->setChecked(m_current->fileSystemView()->isFlatList());
+    // The status line belongs to the active panel alone.
+    oppositePanel()->fileSystemView()->setStatusActive(false);
+    m_current->fileSystemView()->setStatusActive(true);
     m_current->fileSystemView()->updateStatusInfo();
 }
 
@@ -237,7 +241,10 @@ void PanelManager::makeDir()
         m_notify(QStringLiteral("Error creation dir"));
         return;
     }
-    m_current->fileSystemView()->updateFileView();
+    FileSystemView *view = m_current->fileSystemView();
+    view->updateFileView();
+    // The cursor goes to the new folder (the first part of a nested one).
+    view->setCurrentFilePath(QDir(folder).filePath(clean.section(QLatin1Char('/'), 0, 0)));
 }
 
 void PanelManager::removeSelection()

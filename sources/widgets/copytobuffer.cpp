@@ -22,9 +22,11 @@ CopyToBuffer::CopyToBuffer(TreeWidget *tree, QObject *parent)
 QString CopyToBuffer::selectionText() const
 {
     QString text;
-    for (const QTreeWidgetItem *item : m_tree->selectedItems()) {
-        text += item->text(0) + QLatin1Char(' ') + item->text(1) + QLatin1Char(' ')
-            + item->text(2) + QLatin1Char('\n');
+    const QAbstractItemModel *model = m_tree->model();
+    for (int row : m_tree->selectedRowNumbers()) {
+        text += model->index(row, 0).data().toString() + QLatin1Char(' ')
+            + model->index(row, 1).data().toString() + QLatin1Char(' ')
+            + model->index(row, 2).data().toString() + QLatin1Char('\n');
     }
     return text;
 }

@@ -1,16 +1,18 @@
 #include "filesystemview.h"
 
 #include "copytobuffer.h"
-#include "fileitem.h"
+#include "filelistmodel.h"
 #include "flatfileview.h"
 #include "fullfileview.h"
 #include "itemeditdelegate.h"
+#include "listingworker.h"
 #include "treewidget.h"
 
 #include <QBoxLayout>
 #include <QDebug>
 #include <QDir>
 #include <QFileSystemWatcher>
+#include <QInputDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QSet>
@@ -22,34 +24,61 @@ namespace {
 // The removal question lists at most this many paths; a box taller than the
 // screen helps nobody.
 constexpr int MaxListedPaths = 25;
+// A burst of changes is shown this long after its first change, and again
+// as long as it lasts: the timer is not restarted by later changes.
+constexpr int RefreshDelayMs = 150;
+// Files rewritten in place change no folder entry, so the watcher misses
+// them; lists up to this size are compared with the disk now and then.
+constexpr int PollIntervalMs = 2000;
+constexpr int PollMaxRows = 10000;
 
 } // namespace
 
 FileSystemView::FileSystemView(QObject *parent)
     : QObject(parent)
     , m_fullView(std::make_unique<FullFileView>())
-    , m_flatView(std::make_unique<FlatFileView>())
+    , m_flatView(new FlatFileView(this))
     , m_view(m_fullView.get())
 {
     m_watcher = new QFileSystemWatcher(this);
     m_refreshTimer = new QTimer(this);
     m_refreshTimer->setSingleShot(true);
-    // Changes come in bursts (a copy, an unpacked archive): list once per burst.
-    m_refreshTimer->setInterval(150);
-    connect(m_watcher, &QFileSystemWatcher::directoryChanged, m_refreshTimer,
-            qOverload<>(&QTimer::start));
-    connect(m_refreshTimer, &QTimer::timeout, this, &FileSystemView::updateFileView);
+    m_refreshTimer->setInterval(RefreshDelayMs);
+    m_pollTimer = new QTimer(this);
+    m_pollTimer->setInterval(PollIntervalMs);
+    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this, &FileSystemView::folderChanged);
+    connect(m_refreshTimer, &QTimer::timeout, this, &FileSystemView::refreshInBackground);
+    connect(m_pollTimer, &QTimer::timeout, this, [this] {
+        if (m_tree && m_tree->isVisible() && model()->count() <= PollMaxRows && !isListing())
+            refreshInBackground();
+    });
     m_flatView->setDoneCallback([this] { flatListingDone(); });
     m_flatView->setBatchCallback([this] { invalidateTotals(); });
     m_confirm = [](const QString &title, const QString &text) {
         return QMessageBox::question(nullptr, title, text, QMessageBox::Yes | QMessageBox::No)
             == QMessageBox::Yes;
     };
+    m_patternPrompt = [this](const QString &title, QString &pattern) {
+        bool ok = false;
+        const QString text = QInputDialog::getText(m_tree, title, QStringLiteral("Files:"),
+                                                   QLineEdit::Normal, pattern, &ok);
+        if (ok)
+            pattern = text;
+        return ok && !text.trimmed().isEmpty();
+    };
 }
 
 FileSystemView::~FileSystemView()
 {
-    m_flatView->stop();
+    if (m_refreshWorker) {
+        m_refreshWorker->requestStop();
+        m_refreshWorker->wait(10000);
+    }
+}
+
+FileListModel *FileSystemView::model() const
+{
+    return m_tree ? m_tree->fileModel() : nullptr;
 }
 
 void FileSystemView::init(QBoxLayout *layout, QWidget *parent, QStatusBar *statusBar)
@@ -66,25 +95,26 @@ void FileSystemView::init(QBoxLayout *layout, QWidget *parent, QStatusBar *statu
     // The list activates a row on Return and on a double click (or a single
     // click, where the platform's style says so); listening to the double
     // click as well would open the row twice.
-    connect(m_tree, &QTreeWidget::itemActivated, this, &FileSystemView::proceedDoubleClick);
-    connect(m_tree, &QTreeWidget::itemSelectionChanged, this, &FileSystemView::updateStatusInfo);
+    connect(m_tree, &QAbstractItemView::activated, this, &FileSystemView::proceedDoubleClick);
+    connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &FileSystemView::updateStatusInfo);
+    m_pollTimer->start();
 }
 
 bool FileSystemView::canOpen(const QString &folder, QString *reason) const
 {
     const QFileInfo info(folder);
+    const QString shown = FileListModel::displayName(QDir::toNativeSeparators(folder));
     if (folder.isEmpty() || !info.exists()) {
-        *reason = QStringLiteral("The folder %1 does not exist")
-                      .arg(QDir::toNativeSeparators(folder));
+        *reason = QStringLiteral("The folder %1 does not exist").arg(shown);
         return false;
     }
     if (!info.isDir()) {
-        *reason = QStringLiteral("%1 is not a folder").arg(QDir::toNativeSeparators(folder));
+        *reason = QStringLiteral("%1 is not a folder").arg(shown);
         return false;
     }
     if (!info.isReadable() || !info.isExecutable()) {
-        *reason = QStringLiteral("The folder %1 cannot be opened: permission denied")
-                      .arg(QDir::toNativeSeparators(folder));
+        *reason = QStringLiteral("The folder %1 cannot be opened: permission denied").arg(shown);
         return false;
     }
     return true;
@@ -94,8 +124,15 @@ void FileSystemView::showMessage(const QString &text)
 {
     qWarning().noquote() << text;
     m_statusText = text;
-    if (m_statusBar)
+    if (m_statusBar && m_statusActive)
         m_statusBar->showMessage(text);
+}
+
+void FileSystemView::setStatusActive(bool active)
+{
+    m_statusActive = active;
+    if (active && m_statusBar)
+        m_statusBar->showMessage(m_statusText);
 }
 
 bool FileSystemView::changePath(const QString &path)
@@ -146,47 +183,74 @@ QStringList FileSystemView::watchedFolders() const
     return m_watcher->directories();
 }
 
-void FileSystemView::showFolder(Focus focus)
+void FileSystemView::showFolder(Focus focus, const QString &cursorPath)
 {
     if (!m_tree)
         return;
+    FileListModel *rows = model();
     QString currentKey;
-    QSet<QString> selectedKeys;
+    QStringList selectedKeys;
+    const bool marking = m_tree->isMarking();
     if (focus == Focus::Keep) {
-        currentKey = FileInfoMap::keyOf(m_tree->currentItem());
-        for (const QTreeWidgetItem *item : m_tree->selectedItems())
-            selectedKeys.insert(FileInfoMap::keyOf(item));
+        currentKey = m_tree->currentRow() >= 0 ? rows->rowAt(m_tree->currentRow()).path
+                                               : QString();
+        for (int row : m_tree->selectedRowNumbers())
+            selectedKeys << rows->rowAt(row).path;
+    } else {
+        rows->clearMarks();
     }
     m_refreshTimer->stop();
+    if (m_refreshWorker)
+        m_refreshWorker->requestStop();
+    m_refreshWorker = nullptr;
+    m_refreshAgain = false;
+    m_rowsHidden = false;
     watch(currentPath());
     m_flatView->stop();
-    m_map.clear();
-    m_tree->clear();
+    rows->clear();
     invalidateTotals();
     if (m_flat)
         Q_EMIT changeIcon(false);
-    m_view->showObjects(m_tree, currentPath(), m_map);
-    if (m_flat && m_view->isBusy())
+    m_view->showObjects(rows, currentPath());
+    if (m_flat && m_view->isBusy()) {
+        m_cursorAfterListing = cursorPath;
         return;
+    }
     m_tree->applyUserSort();
-    if (focus == Focus::Keep && !currentKey.isEmpty() && itemForKey(currentKey)) {
-        m_tree->setCurrentItem(itemForKey(currentKey), 0, QItemSelectionModel::NoUpdate);
+    if (focus == Focus::Keep && rows->rowOf(currentKey) >= 0) {
+        // One look-up per row through the model's index: linear in the selection.
+        QVector<int> selected;
+        selected.reserve(selectedKeys.size());
         for (const QString &key : qAsConst(selectedKeys)) {
-            if (QTreeWidgetItem *item = itemForKey(key))
-                item->setSelected(true);
+            const int row = rows->rowOf(key);
+            if (row >= 0)
+                selected << row;
         }
+        m_tree->setCurrentRow(rows->rowOf(currentKey), QItemSelectionModel::NoUpdate);
+        m_tree->selectRowNumbers(selected);
+        m_tree->setMarking(marking);
     } else {
-        selectParentRow();
+        placeCursor(cursorPath);
     }
     Q_EMIT changeIcon(true);
     updateStatusInfo();
 }
 
+void FileSystemView::placeCursor(const QString &path)
+{
+    const int row = path.isEmpty() ? -1 : model()->rowOf(path);
+    if (row >= 0)
+        m_tree->setCurrentRow(row);
+    else
+        selectParentRow();
+}
+
 void FileSystemView::flatListingDone()
 {
     m_tree->applyUserSort();
-    if (!m_tree->currentItem())
-        selectParentRow();
+    if (!m_tree->currentIndex().isValid() || !m_cursorAfterListing.isEmpty())
+        placeCursor(m_cursorAfterListing);
+    m_cursorAfterListing.clear();
     invalidateTotals();
     updateStatusInfo();
     Q_EMIT changeIcon(true);
@@ -194,37 +258,131 @@ void FileSystemView::flatListingDone()
 
 void FileSystemView::selectParentRow()
 {
-    // The flat list shows ".." in its name column, after the empty folder cell.
-    const QList<QTreeWidgetItem *> found = m_tree->findItems(
-        FileView::parentName(), Qt::MatchExactly | Qt::MatchCaseSensitive, m_view->nameColumn());
-    if (!found.isEmpty()) {
-        m_tree->setCurrentItem(found.first(), 0, QItemSelectionModel::ClearAndSelect
-                                                     | QItemSelectionModel::Rows);
-    } else if (m_tree->topLevelItemCount() > 0) {
-        m_tree->setCurrentItem(m_tree->topLevelItem(0), 0, QItemSelectionModel::NoUpdate);
+    const FileListModel *rows = model();
+    for (int row = 0, n = rows->count(); row < n; ++row) {
+        if (rows->rowAt(row).kind == FileRow::Parent) {
+            m_tree->setCurrentRow(row);
+            return;
+        }
+        // ".." comes first in listing order; a sorted list keeps it on top.
+        if (rows->isOrdered())
+            break;
     }
+    if (rows->count() > 0)
+        m_tree->setCurrentRow(0, QItemSelectionModel::NoUpdate);
 }
 
-QTreeWidgetItem *FileSystemView::itemForKey(const QString &key) const
+int FileSystemView::rowOfKey(const QString &key) const
 {
-    if (!m_tree || key.isEmpty())
-        return nullptr;
-    for (int i = 0, n = m_tree->topLevelItemCount(); i < n; ++i) {
-        QTreeWidgetItem *item = m_tree->topLevelItem(i);
-        if (FileInfoMap::keyOf(item) == key)
-            return item;
+    return m_tree && !key.isEmpty() ? model()->rowOf(key) : -1;
+}
+
+QString FileSystemView::currentFilePath() const
+{
+    const int row = m_tree ? m_tree->currentRow() : -1;
+    if (row < 0 || model()->rowAt(row).kind == FileRow::Parent)
+        return QString();
+    return model()->rowAt(row).path;
+}
+
+bool FileSystemView::setCurrentFilePath(const QString &path)
+{
+    const int row = rowOfKey(path);
+    if (row < 0)
+        return false;
+    m_tree->setCurrentRow(row, m_tree->isMarking() ? QItemSelectionModel::NoUpdate
+                                                   : QItemSelectionModel::ClearAndSelect);
+    return true;
+}
+
+void FileSystemView::folderChanged()
+{
+    // Not restarted by later changes: a long burst is still shown as it goes.
+    if (!m_refreshTimer->isActive())
+        m_refreshTimer->start();
+}
+
+void FileSystemView::refreshInBackground()
+{
+    if (!m_tree || currentPath().isEmpty() || isListing())
+        return;
+    if (m_refreshWorker) {
+        m_refreshAgain = true;
+        return;
     }
-    return nullptr;
+    if (!QFileInfo(currentPath()).isDir() || m_rowsHidden) {
+        updateFileView();
+        return;
+    }
+    ListingWorker::Request request;
+    request.folder = currentPath();
+    request.mask = m_view->mask();
+    request.tree = m_flat;
+    request.hidden = m_view->showsHidden();
+    request.compare = true;
+    request.before = m_view->listed();
+    auto *worker = new ListingWorker(request);
+    m_refreshWorker = worker;
+    connect(worker, &ListingWorker::changesFound, this,
+            [this, worker](const FileListing::Changes &changes, const QVector<FileRow> &listing) {
+                if (worker == m_refreshWorker)
+                    applyRefresh(changes, listing);
+            });
+    connect(worker, &ListingWorker::done, this, [this, worker] {
+        if (worker != m_refreshWorker)
+            return;
+        m_refreshWorker = nullptr;
+        if (m_refreshAgain) {
+            m_refreshAgain = false;
+            refreshInBackground();
+        }
+    });
+    worker->start(QThread::LowPriority);
+}
+
+void FileSystemView::applyRefresh(const FileListing::Changes &changes,
+                                  const QVector<FileRow> &listing)
+{
+    m_view->setListed(listing);
+    if (changes.isEmpty())
+        return;
+    model()->applyChanges(changes);
+    if (!m_tree->currentIndex().isValid())
+        selectParentRow();
+    invalidateTotals();
+    updateStatusInfo();
+}
+
+void FileSystemView::showHiddenRows()
+{
+    if (!m_rowsHidden)
+        return;
+    m_rowsHidden = false;
+    for (int row = 0, n = model()->count(); row < n; ++row) {
+        if (m_tree->isRowHidden(row, {}))
+            m_tree->setRowHidden(row, {}, false);
+    }
 }
 
 void FileSystemView::updateFileView()
 {
     const QString shown = currentPath();
-    if (shown.isEmpty())
+    if (shown.isEmpty() || !m_tree)
         return;
     QString reason;
     if (canOpen(shown, &reason)) {
-        showFolder(Focus::Keep);
+        // Asked for in person, the list shows the folder as it is: no marks,
+        // nothing hidden. Refreshes from the watcher keep both.
+        showHiddenRows();
+        model()->clearMarks();
+        if (m_flat) {
+            refreshInBackground();
+            return;
+        }
+        m_refreshTimer->stop();
+        const QVector<FileRow> listing = FileListing::listFolder(
+            shown, m_view->mask(), true, m_view->showsHidden());
+        applyRefresh(FileListing::compare(m_view->listed(), listing), listing);
         return;
     }
     // The folder went away (or became unreadable) while shown: fall back to
@@ -243,26 +401,24 @@ void FileSystemView::updateFileView()
     Q_EMIT changeCurrentPath(currentPath());
 }
 
-void FileSystemView::proceedDoubleClick(QTreeWidgetItem *item, int)
+void FileSystemView::proceedDoubleClick(const QModelIndex &index)
 {
-    if (!item)
+    if (!index.isValid() || !m_tree)
         return;
-    bool found = false;
-    const QFileInfo info = m_map.value(item, &found);
-    const QString name = item->text(m_view->nameColumn());
-    qDebug() << "DoubleClicked" << name;
-    if (name == FileView::parentName() && (!found || info.fileName() == FileView::parentName())) {
+    const FileRow row = model()->rowAt(index.row());
+    qDebug() << "DoubleClicked" << row.name;
+    if (row.kind == FileRow::Parent)
         showFolderEx(FileView::parentName());
-    } else if (found && info.isDir()) {
-        showFolderEx(info.fileName(), info.absolutePath());
-    } else if (found) {
+    else if (row.kind == FileRow::Folder)
+        showFolderEx(row.fileName(), QFileInfo(row.path).absolutePath());
+    else
         Q_EMIT editFile();
-    }
 }
 
 void FileSystemView::showFolderEx(const QString &rootFolder, const QString &path)
 {
     QString target;
+    QString cursor;
     if (rootFolder != FileView::parentName()) {
         const QString base = (m_flat || path.isEmpty()) ? currentPath() : path;
         if (!QFileInfo(base).isDir())
@@ -280,10 +436,12 @@ void FileSystemView::showFolderEx(const QString &rootFolder, const QString &path
         qDebug() << "************" << target;
         if (target == currentPath())
             return;
+        // The cursor goes back to the folder just left.
+        cursor = currentPath();
         m_path.setPath(target);
         Q_EMIT changeFolder(target + QStringLiteral("/.."));
     }
-    showFolder(Focus::Parent);
+    showFolder(Focus::Parent, cursor);
     updateStatusInfo();
     Q_EMIT changeCurrentPath(currentPath());
 }
@@ -293,7 +451,7 @@ void FileSystemView::stopFlatListView()
     const bool wasBusy = m_flatView->isBusy();
     m_flatView->stop();
     if (wasBusy && m_tree) {
-        if (!m_tree->currentItem())
+        if (!m_tree->currentIndex().isValid())
             selectParentRow();
         invalidateTotals();
         updateStatusInfo();
@@ -308,40 +466,130 @@ bool FileSystemView::isListing() const
 
 bool FileSystemView::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_tree && event->type() == QEvent::KeyPress) {
-        auto *keyEvent = static_cast<QKeyEvent *>(event);
-        if (keyEvent->key() == Qt::Key_Enter) {
-            // The keypad Enter opens a row only when exactly one is selected;
-            // the list would otherwise activate its current row on its own.
-            const QList<QTreeWidgetItem *> selected = m_tree->selectedItems();
-            if (selected.size() == 1)
-                proceedDoubleClick(selected.first(), 0);
-            return true;
-        }
+    if (watched != m_tree || event->type() != QEvent::KeyPress)
+        return QObject::eventFilter(watched, event);
+    auto *keyEvent = static_cast<QKeyEvent *>(event);
+    const bool keypad = keyEvent->modifiers() & Qt::KeypadModifier;
+    switch (keyEvent->key()) {
+    case Qt::Key_Enter: {
+        // The keypad Enter opens a row only when exactly one is selected;
+        // the list would otherwise activate its current row on its own.
+        const QVector<int> selected = m_tree->selectedRowNumbers();
+        if (selected.size() == 1)
+            proceedDoubleClick(model()->index(selected.first(), 0));
+        return true;
+    }
+    case Qt::Key_Plus:
+    case Qt::Key_Minus:
+        if (!keypad)
+            break;
+        promptPattern(keyEvent->key() == Qt::Key_Plus);
+        return true;
+    case Qt::Key_Asterisk:
+        if (!keypad)
+            break;
+        invertSelection();
+        return true;
+    case Qt::Key_H:
+        if (keyEvent->modifiers() != Qt::ControlModifier)
+            break;
+        setShowHidden(!showsHidden());
+        return true;
+    default:
+        break;
     }
     return QObject::eventFilter(watched, event);
+}
+
+bool FileSystemView::promptPattern(bool select)
+{
+    QString pattern = QStringLiteral("*.*");
+    if (!m_patternPrompt
+        || !m_patternPrompt(select ? QStringLiteral("Select") : QStringLiteral("Unselect"),
+                            pattern))
+        return false;
+    selectByPattern(pattern, select);
+    return true;
+}
+
+QVector<int> FileSystemView::selectedFileRows() const
+{
+    QVector<int> rows;
+    for (int row : m_tree->selectedRowNumbers()) {
+        if (model()->rowAt(row).kind == FileRow::File)
+            rows << row;
+    }
+    return rows;
+}
+
+void FileSystemView::selectByPattern(const QString &pattern, bool select)
+{
+    if (!m_tree)
+        return;
+    const QStringList filters = FileListing::nameFiltersOf(pattern);
+    QVector<int> rows;
+    const FileListModel *list = model();
+    for (int row = 0, n = list->count(); row < n; ++row) {
+        const FileRow &file = list->rowAt(row);
+        if (file.kind == FileRow::File && QDir::match(filters, file.fileName()))
+            rows << row;
+    }
+    m_tree->markRows(rows, select);
+}
+
+void FileSystemView::invertSelection()
+{
+    if (!m_tree)
+        return;
+    const QVector<int> selected = m_tree->isMarking() ? selectedFileRows() : QVector<int>();
+    QVector<int> rows;
+    const FileListModel *list = model();
+    int next = 0;
+    for (int row = 0, n = list->count(); row < n; ++row) {
+        if (next < selected.size() && selected.at(next) == row) {
+            ++next;
+            continue;
+        }
+        if (list->rowAt(row).kind == FileRow::File)
+            rows << row;
+    }
+    m_tree->clearSelection();
+    m_tree->markRows(rows, true);
 }
 
 void FileSystemView::updateStatusInfo()
 {
     if (!m_tree)
         return;
+    const FileListModel *rows = model();
     if (!m_totalsValid) {
-        m_view->countRows(m_tree, m_map, &m_rowCount, &m_rowSize);
+        FileView::countRows(*rows, &m_rowCount, &m_rowSize);
         m_folderFiles = 0;
         m_folderSize = 0;
         if (m_view->isFiltered()) {
-            for (const QFileInfo &info : QDir(currentPath()).entryInfoList(QDir::Files)) {
+            QDir::Filters filters = QDir::Files;
+            if (m_view->showsHidden())
+                filters |= QDir::Hidden | QDir::System;
+            for (const QFileInfo &info : QDir(currentPath()).entryInfoList(filters)) {
                 ++m_folderFiles;
                 m_folderSize += info.size();
             }
         }
         m_totalsValid = true;
     }
-    const QString selection = m_view->selectionStatus(m_tree, m_map);
+    int selectedCount = 0;
+    qint64 selectedSize = 0;
+    for (int row : m_tree->selectedRowNumbers()) {
+        ++selectedCount;
+        if (rows->rowAt(row).kind == FileRow::File)
+            selectedSize += rows->rowAt(row).bytes;
+    }
+    const QString selection = QStringLiteral(" %1").arg(selectedCount)
+        + QStringLiteral(" selected files ") + QStringLiteral("(")
+        + FileListing::sizeText(selectedSize) + QStringLiteral(")");
     auto rowsPart = [this](const QString &word) {
         return QStringLiteral(" %1").arg(m_rowCount) + word + QStringLiteral("(")
-            + FileView::sizeText(m_rowSize) + QStringLiteral(")");
+            + FileListing::sizeText(m_rowSize) + QStringLiteral(")");
     };
     QString text;
     if (!m_view->isFiltered()) {
@@ -352,7 +600,7 @@ void FileSystemView::updateStatusInfo()
             + rowsPart(QStringLiteral(" files in filtered view ")) + selection;
     }
     m_statusText = text;
-    if (m_statusBar)
+    if (m_statusBar && m_statusActive)
         m_statusBar->showMessage(text);
 }
 
@@ -361,31 +609,17 @@ QString FileSystemView::statusText() const
     return m_statusText;
 }
 
-QList<QFileInfo> FileSystemView::selectedInfos() const
-{
-    QList<QFileInfo> infos;
-    if (!m_tree)
-        return infos;
-    for (int i = 0, n = m_tree->topLevelItemCount(); i < n; ++i) {
-        const QTreeWidgetItem *item = m_tree->topLevelItem(i);
-        if (!item->isSelected())
-            continue;
-        bool found = false;
-        const QFileInfo info = m_map.value(item, &found);
-        if (found && info.fileName() != FileView::parentName())
-            infos << info;
-    }
-    return infos;
-}
-
 QStringList FileSystemView::selectedPaths(bool withMask) const
 {
     QStringList paths;
-    for (const QFileInfo &info : selectedInfos()) {
-        QString path = info.absoluteFilePath();
-        if (withMask && info.isDir())
-            path += QStringLiteral("/*.*");
-        paths << path;
+    if (!m_tree)
+        return paths;
+    for (int row : m_tree->selectedRowNumbers()) {
+        const FileRow &file = model()->rowAt(row);
+        if (file.kind == FileRow::Parent)
+            continue;
+        paths << (withMask && file.kind == FileRow::Folder ? file.path + QStringLiteral("/*.*")
+                                                           : file.path);
     }
     return paths;
 }
@@ -393,10 +627,10 @@ QStringList FileSystemView::selectedPaths(bool withMask) const
 QStringList FileSystemView::selectedFiles() const
 {
     QStringList files;
-    for (const QFileInfo &info : selectedInfos()) {
-        if (!info.isDir())
-            files << info.absoluteFilePath();
-    }
+    if (!m_tree)
+        return files;
+    for (int row : selectedFileRows())
+        files << model()->rowAt(row).path;
     return files;
 }
 
@@ -413,13 +647,28 @@ QString FileSystemView::mask() const
     return m_view->mask();
 }
 
+void FileSystemView::setShowHidden(bool show)
+{
+    if (show == showsHidden())
+        return;
+    m_fullView->setShowHidden(show);
+    m_flatView->setShowHidden(show);
+    if (!currentPath().isEmpty())
+        showFolder(Focus::Keep);
+}
+
+bool FileSystemView::showsHidden() const
+{
+    return m_view->showsHidden();
+}
+
 void FileSystemView::setFlatList(bool on)
 {
     if (on == m_flat || !m_tree)
         return;
     if (on) {
         m_flat = true;
-        m_view = m_flatView.get();
+        m_view = m_flatView;
         m_tree->resetUserSort();
         m_view->setColumns(m_tree);
         showFolder(Focus::Parent);
@@ -442,26 +691,10 @@ void FileSystemView::markFiles(const QStringList &fileNames, FileMark mark)
 {
     if (!m_tree || fileNames.isEmpty())
         return;
-    // Rows are matched by their exact file name, so names that differ only in
+    // Rows are matched by their exact name, so names that differ only in
     // case (A.SQL and a.sql) each keep their own mark.
-    const QSet<QString> wanted(fileNames.cbegin(), fileNames.cend());
-    const int column = m_view->nameColumn();
-    for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
-        QTreeWidgetItem *item = m_tree->topLevelItem(i);
-        bool found = false;
-        const QFileInfo info = m_map.value(item, &found);
-        if (!found || info.isDir() || !wanted.contains(info.fileName()))
-            continue;
-        QColor color = item->foreground(column).color();
-        if (mark == DifferentMark)
-            color.setGreen(100);
-        else
-            color.setRed(255);
-        item->setForeground(column, color);
-        QFont font = item->font(column);
-        font.setWeight(75);
-        item->setFont(column, font);
-    }
+    model()->addMarks(fileNames, mark == DifferentMark ? FileRow::DifferentMark
+                                                      : FileRow::AbsentMark);
 }
 
 void FileSystemView::hideUnmarkedFiles()
@@ -469,18 +702,13 @@ void FileSystemView::hideUnmarkedFiles()
     qDebug() << "FileSystemView::HideNotSelectedFiles";
     if (!m_tree)
         return;
-    const int column = m_view->nameColumn();
-    for (int i = 0, n = m_tree->topLevelItemCount(); i < n; ++i) {
-        QTreeWidgetItem *item = m_tree->topLevelItem(i);
-        bool found = false;
-        const QFileInfo info = m_map.value(item, &found);
-        if (!found || info.isDir() || info.fileName() == FileView::parentName())
-            continue;
-        // A row never coloured by a mark has no foreground of its own.
-        const bool uncoloured = !item->data(column, Qt::ForegroundRole).isValid();
-        const QColor color = item->foreground(column).color();
-        if (uncoloured || (color.red() == 0 && color.green() == 0 && color.black() == 0))
-            item->setHidden(true);
+    const FileListModel *rows = model();
+    for (int row = 0, n = rows->count(); row < n; ++row) {
+        const FileRow &file = rows->rowAt(row);
+        if (file.kind == FileRow::File && file.mark == FileRow::NoMark) {
+            m_tree->setRowHidden(row, {}, true);
+            m_rowsHidden = true;
+        }
     }
 }
 
@@ -496,7 +724,7 @@ void FileSystemView::removeSelection()
         return;
     QStringList listed;
     for (int i = 0; i < paths.size() && i < MaxListedPaths; ++i)
-        listed << QDir::toNativeSeparators(paths.at(i));
+        listed << FileListModel::displayName(QDir::toNativeSeparators(paths.at(i)));
     if (paths.size() > MaxListedPaths)
         listed << QStringLiteral("...");
     const QString text = QStringLiteral("Would you like to remove next %1 object(s):\n%2")
@@ -504,11 +732,26 @@ void FileSystemView::removeSelection()
                              .arg(listed.join(QLatin1Char('\n')));
     if (!m_confirm || !m_confirm(QStringLiteral("Removing object(s)"), text))
         return;
+    // The cursor moves to the nearest row that stays: below, else above.
+    QString neighbour;
+    const int current = m_tree->currentRow();
+    if (current >= 0) {
+        for (int row = current; row < model()->count() && neighbour.isEmpty(); ++row) {
+            if (!m_tree->isRowSelected(row))
+                neighbour = model()->rowAt(row).path;
+        }
+        for (int row = current - 1; row >= 0 && neighbour.isEmpty(); --row) {
+            if (!m_tree->isRowSelected(row))
+                neighbour = model()->rowAt(row).path;
+        }
+    }
     for (const QString &path : paths)
         removePath(path);
     // The watcher would notice too, a moment later; the list should not show
     // removed rows meanwhile.
     updateFileView();
+    if (!neighbour.isEmpty() && currentPath() == QFileInfo(neighbour).absolutePath())
+        setCurrentFilePath(neighbour);
 }
 
 bool FileSystemView::removePath(const QString &path)
@@ -526,21 +769,57 @@ bool FileSystemView::removePath(const QString &path)
     return QDir().rmdir(path) && removed;
 }
 
-bool FileSystemView::renameItem(QTreeWidgetItem *item, const QString &newName)
+namespace {
+
+// The name to give a file when the user typed @p typed over @p shown, the
+// displayed form of @p original. Characters shown as replacements for bytes
+// that are not valid text stand for those bytes again, in order; anything
+// else is taken as typed. Empty when the replacements cannot be matched up.
+QString nameFromTyped(const QString &original, const QString &typed)
 {
-    bool found = false;
-    const QFileInfo info = m_map.value(item, &found);
-    if (!found || info.fileName() == FileView::parentName())
+    QVector<QChar> raw;
+    for (const QChar c : original) {
+        if (c.isSurrogate())
+            raw << c;
+    }
+    if (raw.isEmpty())
+        return typed;
+    QString name;
+    int next = 0;
+    for (const QChar c : typed) {
+        if (c == QChar(QChar::ReplacementCharacter)) {
+            if (next >= raw.size())
+                return QString();
+            name += raw.at(next++);
+        } else {
+            name += c;
+        }
+    }
+    return next == 0 || next == raw.size() ? name : QString();
+}
+
+} // namespace
+
+bool FileSystemView::renameRow(int row, const QString &typed)
+{
+    if (!m_tree || row < 0 || row >= model()->count())
         return false;
+    const FileRow file = model()->rowAt(row);
+    if (file.kind == FileRow::Parent)
+        return false;
+    const QString oldName = file.fileName();
+    // An edit that changes nothing renames nothing ("foo." stays "foo.").
+    if (typed == FileListModel::displayName(oldName))
+        return false;
+    const QString newName = nameFromTyped(oldName, typed);
     if (newName.isEmpty() || newName == QLatin1String(".") || newName == FileView::parentName()
-        || newName.contains(QLatin1Char('/')) || newName.contains(QChar(0))
-        || newName == info.fileName())
+        || newName.contains(QLatin1Char('/')) || newName.contains(QChar(0)))
         return false;
 #ifdef Q_OS_WIN
     if (newName.contains(QLatin1Char('\\')))
         return false;
 #endif
-    const QString folder = info.absolutePath();
+    const QString folder = QFileInfo(file.path).absolutePath();
     const QString target = folder + QLatin1Char('/') + newName;
     const QFileInfo existing(target);
     if (existing.exists() || existing.isSymLink())
@@ -550,20 +829,16 @@ bool FileSystemView::renameItem(QTreeWidgetItem *item, const QString &newName)
     const QStringList watched = m_watcher->directories();
     if (!watched.isEmpty())
         m_watcher->removePaths(watched);
-    const bool renamed = QDir(folder).rename(info.fileName(), newName);
+    const bool renamed = QDir(folder).rename(oldName, newName);
     if (!watched.isEmpty())
         m_watcher->addPaths(watched);
     if (!renamed)
         return false;
 
-    const QFileInfo renamedInfo(target);
-    const bool isFolder = renamedInfo.isDir();
-    item->setText(m_view->nameColumn(), isFolder ? newName : renamedInfo.completeBaseName());
-    item->setText(m_view->extColumn(), isFolder ? QString() : renamedInfo.suffix());
-    m_map.remove(FileInfoMap::keyOf(item));
-    const QString key = FileInfoMap::keyOf(renamedInfo);
-    m_map.insert(key, renamedInfo);
-    item->setData(0, FileInfoMap::KeyRole, key);
+    const QString root = QDir::cleanPath(currentPath());
+    const FileRow renamedRow = FileRow::fromInfo(
+        QFileInfo(target), root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/'));
+    model()->replaceRow(row, renamedRow);
     invalidateTotals();
     return true;
 }

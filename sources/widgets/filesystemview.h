@@ -1,23 +1,26 @@
 #pragma once
 
 #include "drivepath.h"
-#include "fileinfomap.h"
+#include "filelisting.h"
 
+#include <QModelIndex>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
 #include <memory>
 
 class CopyToBuffer;
+class FileListModel;
 class FileView;
 class FlatFileView;
 class FullFileView;
+class ListingWorker;
 class QBoxLayout;
 class QFileSystemWatcher;
 class QStatusBar;
 class QTimer;
-class QTreeWidgetItem;
 class QWidget;
 class TreeWidget;
 
@@ -34,6 +37,8 @@ public:
 
     /** Asks whether to go ahead; gets the title and the text of the question. */
     using Confirmation = std::function<bool(const QString &title, const QString &text)>;
+    /** Asks for a file pattern (keypad +, -); gets the title, fills in the pattern. */
+    using PatternPrompt = std::function<bool(const QString &title, QString &pattern)>;
 
     explicit FileSystemView(QObject *parent = nullptr);
     ~FileSystemView() override;
@@ -43,8 +48,8 @@ public:
 
     QString currentPath() const { return m_path.path(); }
     TreeWidget *treeWidget() const { return m_tree; }
+    FileListModel *model() const;
     FileView *fileView() const { return m_view; }
-    const FileInfoMap &fileInfoMap() const { return m_map; }
     DrivePath &drivePath() { return m_path; }
 
     /**
@@ -60,36 +65,60 @@ public:
     QStringList selectedPaths(bool withMask = false) const;
     /** The selected files only, absolute paths. */
     QStringList selectedFiles() const;
+    /** The path of the row under the cursor ("" for none and for ".."). */
+    QString currentFilePath() const;
+    /** Puts the cursor on the row of @p path, when it is listed. */
+    bool setCurrentFilePath(const QString &path);
 
     void setMask(const QString &mask);
     QString mask() const;
+    /** Lists hidden entries too (Ctrl+H switches). */
+    void setShowHidden(bool show);
+    bool showsHidden() const;
 
     void setFlatList(bool on);
     bool isFlatList() const { return m_flat; }
     /** Whether a flat listing is still being filled. */
     bool isListing() const;
 
-    /** Colours the rows named in @p fileNames: green for different, red for absent. */
+    /**
+     * Marks the rows of @p fileNames (paths below the shown folder; a plain
+     * file name in the full list): bold green for different, bold red for
+     * absent. Rows of a flat list that are still to come get their marks when
+     * they arrive. The marks last until another folder is shown.
+     */
     void markFiles(const QStringList &fileNames, FileMark mark);
+    /** Hides the file rows without a mark until the next refresh. */
     void hideUnmarkedFiles();
 
     /** Asks before removing and removes the selected objects. */
     void removeSelection();
     /** Replaces the removal question (tests answer it themselves). */
     void setRemoveConfirmation(Confirmation confirmation);
+    void setPatternPrompt(PatternPrompt prompt) { m_patternPrompt = std::move(prompt); }
     /** Removes a file, a link or a folder with its contents; false if anything stayed. */
     static bool removePath(const QString &path);
 
     /** The status line as it stands. */
     QString statusText() const;
+    /** Only the active panel writes into the status bar. */
+    void setStatusActive(bool active);
 
-    /** The row of @p key, or null. */
-    QTreeWidgetItem *itemForKey(const QString &key) const;
-    /** Renames the object of @p item to @p newName in the current folder; never overwrites. */
-    bool renameItem(QTreeWidgetItem *item, const QString &newName);
+    /** The row of @p key (a path), or -1. */
+    int rowOfKey(const QString &key) const;
+    /**
+     * Renames the object of @p row to @p newName in its folder; never
+     * overwrites, and does nothing when the name is the one shown.
+     */
+    bool renameRow(int row, const QString &newName);
 
     /** The folders the watcher follows (the shown one). */
     QStringList watchedFolders() const;
+
+    /** Selects (or unselects) the files that match @p pattern (";"-separated masks). */
+    void selectByPattern(const QString &pattern, bool select);
+    /** Turns the selection of every file row around. */
+    void invertSelection();
 
 Q_SIGNALS:
     void changeAbsolutePath(const QString &path);
@@ -100,9 +129,12 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void updateStatusInfo();
-    /** Lists the current folder again, keeping the current and selected rows. */
+    /**
+     * Brings the list up to date with the folder, keeping the current and
+     * selected rows; marks and hidden rows are dropped.
+     */
     void updateFileView();
-    void proceedDoubleClick(QTreeWidgetItem *item, int column);
+    void proceedDoubleClick(const QModelIndex &index);
     void showFolderEx(const QString &rootFolder, const QString &path = QString());
     void stopFlatListView();
 
@@ -110,29 +142,41 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /** The selected rows' entries, in list order, without "..". */
-    QList<QFileInfo> selectedInfos() const;
     enum class Focus { Parent, Keep };
-    void showFolder(Focus focus);
+    /** Lists the shown folder anew; the cursor goes to @p cursorPath if given. */
+    void showFolder(Focus focus, const QString &cursorPath = QString());
+    void placeCursor(const QString &path);
     void selectParentRow();
     void watch(const QString &folder);
     void invalidateTotals() { m_totalsValid = false; }
     void flatListingDone();
     bool canOpen(const QString &folder, QString *reason) const;
     void showMessage(const QString &text);
+    void folderChanged();
+    void refreshInBackground();
+    void applyRefresh(const FileListing::Changes &changes, const QVector<FileRow> &listing);
+    void showHiddenRows();
+    QVector<int> selectedFileRows() const;
+    bool promptPattern(bool select);
 
     DrivePath m_path;
-    FileInfoMap m_map;
     std::unique_ptr<FullFileView> m_fullView;
-    std::unique_ptr<FlatFileView> m_flatView;
+    FlatFileView *m_flatView = nullptr;
     bool m_flat = false;
     FileView *m_view = nullptr;
     QFileSystemWatcher *m_watcher = nullptr;
     TreeWidget *m_tree = nullptr;
     QStatusBar *m_statusBar = nullptr;
+    bool m_statusActive = true;
     CopyToBuffer *m_copyToBuffer = nullptr;
     QTimer *m_refreshTimer = nullptr;
+    QTimer *m_pollTimer = nullptr;
+    QPointer<ListingWorker> m_refreshWorker;
+    bool m_refreshAgain = false;
+    bool m_rowsHidden = false;
+    QString m_cursorAfterListing;
     Confirmation m_confirm;
+    PatternPrompt m_patternPrompt;
 
     mutable bool m_totalsValid = false;
     mutable int m_rowCount = 0;

@@ -1,250 +1,138 @@
 #include "flatfileview.h"
 
-#include "fileinfomap.h"
+#include "filelistmodel.h"
+#include "listingworker.h"
 #include "treewidget.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QHeaderView>
-#include <QMutexLocker>
-#include <QSet>
-#include <QStack>
 #include <QTimer>
 
 namespace {
 
-// Rows a worker collects before it hands them over, and how long it may
-// hold them at most.
-constexpr int DeliverRows = 512;
-constexpr int DeliverMs = 40;
-// How long one insertion pass may keep the GUI thread busy.
-constexpr int InsertBudgetMs = 10;
-constexpr int InsertChunk = 128;
+// How often rows are put into the list while a walk runs, and how long one
+// slice may keep the GUI thread busy.
+constexpr int SliceIntervalMs = 50;
+constexpr int SliceBudgetMs = 12;
+constexpr int SliceChunk = 1024;
 
 } // namespace
 
-FlatFileView::FlatFileView()
+FlatFileView::FlatFileView(QObject *parent)
+    : QObject(parent)
+    , m_sliceTimer(new QTimer(this))
 {
-    // Emitted on the worker; the lambda runs on the GUI thread, which owns
-    // this object, and inserts what the walk left behind.
-    connect(this, &QThread::finished, this, [this] { insertPending(m_generation.load()); });
+    m_sliceTimer->setInterval(SliceIntervalMs);
+    connect(m_sliceTimer, &QTimer::timeout, this, &FlatFileView::insertSlice);
 }
 
 FlatFileView::~FlatFileView()
 {
-    stop();
+    if (m_worker) {
+        m_worker->requestStop();
+        // The worker sees the request at its next entry; a walk stuck in the
+        // file system is left to end on its own and clean up after itself.
+        m_worker->wait(m_stopTimeout);
+    }
 }
 
 void FlatFileView::setColumns(TreeWidget *tree) const
 {
-    tree->setColumnCount(5);
-    tree->setHeaderLabels({QStringLiteral("Directory"), QStringLiteral("Name"),
-                           QStringLiteral("Ext"), QStringLiteral("Size"), QStringLiteral("Date")});
-    QHeaderView *header = tree->header();
-    header->setStretchLastSection(false);
-    header->setSectionResizeMode(0, QHeaderView::Stretch);
-    for (int column = 1; column < 5; ++column)
-        header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
-    tree->setColumnRoles(nameColumn(), sizeColumn(), dateColumn());
+    tree->fileModel()->setFlat(true);
+    setHeaderSizing(tree);
 }
 
-void FlatFileView::showObjects(TreeWidget *tree, const QString &path, FileInfoMap &map,
-                               bool withParent)
+void FlatFileView::showObjects(FileListModel *model, const QString &path, bool withParent)
 {
     stop();
-    ++m_generation;
-    m_doneReported = false;
-    m_stop.store(false);
-    m_root = QDir::cleanPath(path);
-    m_rootPrefix = m_root.endsWith(QLatin1Char('/')) ? m_root : m_root + QLatin1Char('/');
-    m_withParent = withParent;
-    m_tree = tree;
-    m_map = &map;
-    // Sizing columns to their contents after every batch would measure
+    m_model = model;
+    m_tree = qobject_cast<TreeWidget *>(model->QObject::parent());
+    m_listed.clear();
+    // Sizing columns to their contents after every slice would measure
     // thousands of rows each time; they are sized once the list is complete.
-    for (int column = 1; column < columnCount(); ++column)
-        tree->header()->setSectionResizeMode(column, QHeaderView::Interactive);
-    start(QThread::LowestPriority);
+    if (m_tree) {
+        for (int column = 1; column < columnCount(); ++column)
+            m_tree->header()->setSectionResizeMode(column, QHeaderView::Interactive);
+    }
+    ListingWorker::Request request;
+    request.folder = QDir::cleanPath(path);
+    request.tree = true;
+    request.withParent = withParent;
+    request.hidden = m_hidden;
+    auto *worker = new ListingWorker(request);
+    m_worker = worker;
+    m_walking = true;
+    connect(worker, &ListingWorker::rowsFound, this, [this, worker](const QVector<FileRow> &rows) {
+        if (worker != m_worker)
+            return;
+        m_pending += rows;
+        if (!m_sliceTimer->isActive()) {
+            // The first rows go in at once; later ones on the timer.
+            m_sliceTimer->start();
+            insertSlice();
+        }
+    });
+    connect(worker, &ListingWorker::done, this, [this, worker](bool) {
+        if (worker != m_worker)
+            return;
+        m_walking = false;
+        m_worker = nullptr;
+        insertSlice();
+    });
+    worker->start(QThread::LowestPriority);
 }
 
 void FlatFileView::stop()
 {
-    if (isRunning()) {
-        m_stop.store(true);
-        if (!wait(m_stopTimeout)) {
-            terminate();
-            wait();
-        }
-    }
-    ++m_generation;
-    QMutexLocker locker(&m_mutex);
+    if (m_worker)
+        m_worker->requestStop();
+    m_worker = nullptr;
+    m_walking = false;
+    m_sliceTimer->stop();
     m_pending.clear();
-    m_ready.clear();
-    m_readyIndex = 0;
-    m_wakeQueued = false;
-    m_insertScheduled = false;
-    m_doneReported = true;
+    m_pendingIndex = 0;
     restoreColumnSizing();
+}
+
+bool FlatFileView::isBusy() const
+{
+    return m_walking || m_pendingIndex < m_pending.size();
 }
 
 void FlatFileView::restoreColumnSizing()
 {
     // The list may show the full view's columns by now.
-    if (!m_tree || m_tree->columnCount() != columnCount())
+    if (!m_tree || !m_model || m_model->columnCount() != columnCount())
         return;
     for (int column = 1; column < columnCount(); ++column)
         m_tree->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
 }
 
-bool FlatFileView::isBusy() const
+void FlatFileView::insertSlice()
 {
-    if (isRunning())
-        return true;
-    QMutexLocker locker(&m_mutex);
-    return !m_pending.isEmpty() || m_readyIndex < m_ready.size();
-}
-
-void FlatFileView::names(const QFileInfo &info, QString *name, QString *directory) const
-{
-    *name = info.isDir() ? info.fileName() : info.completeBaseName();
-    const QString folder = info.path();
-    if (folder.size() > m_rootPrefix.size() && folder.startsWith(m_rootPrefix))
-        *directory = folder.mid(m_rootPrefix.size());
-    else
-        directory->clear();
-}
-
-void FlatFileView::countRow(const QTreeWidgetItem *item, const FileInfoMap &map, int *count,
-                            qint64 *size) const
-{
-    if (item->text(nameColumn()) == parentName())
-        return;
-    bool found = false;
-    const QFileInfo info = map.value(item, &found);
-    if (found)
-        *size += rowBytes(item, info);
-    ++*count;
-}
-
-void FlatFileView::run()
-{
-    if (isStopRequested())
-        return;
-    QDir::Filters rootFilters = QDir::Dirs | QDir::Files | QDir::NoDot;
-    if (!m_withParent)
-        rootFilters |= QDir::NoDotDot;
-    QStack<QFileInfo> stack;
-    for (const QFileInfo &info : QDir(m_root).entryInfoList(rootFilters, QDir::NoSort))
-        stack.push(info);
-
-    // Folders met so far, by their real path, so that a link back up the
-    // tree (or two links to one folder) cannot make the walk list it again.
-    QSet<QString> visited;
-    visited.insert(QFileInfo(m_root).canonicalFilePath());
-
-    QVector<FileRow> rows;
-    QElapsedTimer sinceDelivery;
-    sinceDelivery.start();
-    while (!stack.isEmpty()) {
-        if (isStopRequested())
-            return;
-        const QFileInfo info = stack.pop();
-        if (info.isDir() && info.fileName() != parentName()) {
-            const QString real = info.canonicalFilePath();
-            if (real.isEmpty() || visited.contains(real))
-                continue;
-            visited.insert(real);
-            const QFileInfoList entries = QDir(info.filePath())
-                                              .entryInfoList(QDir::Dirs | QDir::Files
-                                                                 | QDir::NoDotAndDotDot,
-                                                             QDir::NoSort);
-            for (const QFileInfo &entry : entries)
-                stack.push(entry);
-            continue;
-        }
-        rows << makeRow(info);
-        if (rows.size() >= DeliverRows || sinceDelivery.hasExpired(DeliverMs)) {
-            deliver(rows);
-            sinceDelivery.restart();
-        }
-    }
-    deliver(rows);
-}
-
-void FlatFileView::deliver(QVector<FileRow> &rows)
-{
-    bool wake = false;
-    {
-        QMutexLocker locker(&m_mutex);
-        if (!rows.isEmpty()) {
-            m_pending += rows;
-            rows.clear();
-        }
-        if (!m_wakeQueued) {
-            m_wakeQueued = true;
-            wake = true;
-        }
-    }
-    // The QThread object lives on the GUI thread, so this runs there.
-    if (wake) {
-        const quint64 generation = m_generation.load();
-        QMetaObject::invokeMethod(
-            this, [this, generation] { insertPending(generation); }, Qt::QueuedConnection);
-    }
-}
-
-void FlatFileView::insertPending(quint64 generation)
-{
-    if (generation != m_generation.load())
-        return;
-    m_insertScheduled = false;
-    {
-        QMutexLocker locker(&m_mutex);
-        m_wakeQueued = false;
-        if (!m_pending.isEmpty()) {
-            if (m_readyIndex >= m_ready.size()) {
-                m_ready.swap(m_pending);
-                m_readyIndex = 0;
-            } else {
-                m_ready += m_pending;
-            }
-            m_pending.clear();
-        }
-    }
-    if (!m_tree || !m_map) {
-        m_ready.clear();
-        m_readyIndex = 0;
+    if (!m_model) {
+        stop();
         return;
     }
     QElapsedTimer budget;
     budget.start();
-    while (m_readyIndex < m_ready.size() && !budget.hasExpired(InsertBudgetMs)) {
-        const int count = qMin(InsertChunk, m_ready.size() - m_readyIndex);
-        addRows(m_tree, *m_map, m_ready.mid(m_readyIndex, count));
-        m_readyIndex += count;
+    while (m_pendingIndex < m_pending.size() && !budget.hasExpired(SliceBudgetMs)) {
+        const int count = qMin(SliceChunk, m_pending.size() - m_pendingIndex);
+        const QVector<FileRow> slice = m_pending.mid(m_pendingIndex, count);
+        m_model->appendRows(slice);
+        m_listed += slice;
+        m_pendingIndex += count;
     }
-    if (m_readyIndex >= m_ready.size()) {
-        m_ready.clear();
-        m_readyIndex = 0;
+    if (m_pendingIndex >= m_pending.size()) {
+        m_pending.clear();
+        m_pendingIndex = 0;
     }
     if (m_batch)
         m_batch();
-    if (m_readyIndex < m_ready.size()) {
-        // Let the event loop breathe before the next slice.
-        if (!m_insertScheduled) {
-            m_insertScheduled = true;
-            QTimer::singleShot(0, this, [this, generation] { insertPending(generation); });
-        }
+    if (isBusy())
         return;
-    }
-    finishIfDone();
-}
-
-void FlatFileView::finishIfDone()
-{
-    if (m_doneReported || isBusy())
-        return;
-    m_doneReported = true;
+    m_sliceTimer->stop();
     restoreColumnSizing();
     if (m_done)
         m_done();

@@ -1,84 +1,57 @@
 #pragma once
 
+#include "filerow.h"
 #include "fileview.h"
 
-#include <QMutex>
+#include <QObject>
 #include <QPointer>
-#include <QThread>
+#include <QVector>
 
-#include <atomic>
 #include <functional>
+
+class ListingWorker;
+class QTimer;
 
 /**
  * Lists a folder and all its sub-folders as one flat list of files. A worker
- * thread at lowest priority walks the tree depth-first and builds rows; the
- * GUI thread inserts them in bounded batches so that it never stalls. A
- * folder reached twice (through symbolic links) is walked once.
+ * at lowest priority walks the tree and sends rows in batches; the GUI thread
+ * inserts them a slice at a time on a timer, so that it never stalls and the
+ * list grows visibly while the walk goes on.
  */
-class FlatFileView : public FileView, public QThread
+class FlatFileView : public QObject, public FileView
 {
+    Q_OBJECT
 public:
-    FlatFileView();
+    explicit FlatFileView(QObject *parent = nullptr);
     ~FlatFileView() override;
 
     void setColumns(TreeWidget *tree) const override;
     /** Stops a running listing and starts a new one; returns at once. */
-    void showObjects(TreeWidget *tree, const QString &path, FileInfoMap &map,
-                     bool withParent = true) override;
-    void countRow(const QTreeWidgetItem *item, const FileInfoMap &map, int *count,
-                  qint64 *size) const override;
+    void showObjects(FileListModel *model, const QString &path, bool withParent = true) override;
     int nameColumn() const override { return 1; }
-    int extColumn() const override { return 2; }
-    int sizeColumn() const override { return 3; }
-    int dateColumn() const override { return 4; }
-    int columnCount() const override { return 5; }
-    QThread *worker() override { return this; }
-    /**
-     * Sets the stop flag, waits up to the stop timeout for the worker and
-     * terminates it if it is still running; rows not yet inserted are dropped.
-     */
+    /** Asks the walk to stop and drops the rows not yet inserted; never blocks. */
     void stop() override;
     bool isBusy() const override;
-    void names(const QFileInfo &info, QString *name, QString *directory) const override;
-    bool showFoldersAsRows() const override { return false; }
 
     /** Called on the GUI thread once the walk has ended and every row is in. */
     void setDoneCallback(std::function<void()> done) { m_done = std::move(done); }
-    /** Called on the GUI thread after each inserted batch. */
+    /** Called on the GUI thread after each inserted slice. */
     void setBatchCallback(std::function<void()> batch) { m_batch = std::move(batch); }
 
-    /** How long stop() waits for the worker before terminating it. */
+    /** How long the destructor waits for a walk that does not see its stop request. */
     void setStopTimeout(int milliseconds) { m_stopTimeout = milliseconds; }
 
-protected:
-    void run() override;
-
-    /** Whether the walk should end; the walk checks it before every entry. */
-    bool isStopRequested() const { return m_stop.load(std::memory_order_relaxed); }
-    /** Hands built rows to the GUI thread. */
-    void deliver(QVector<FileRow> &rows);
-
 private:
-    void insertPending(quint64 generation);
-    void finishIfDone();
+    void insertSlice();
     void restoreColumnSizing();
 
-    std::atomic<bool> m_stop{false};
-    QString m_root;
-    QString m_rootPrefix;
-    bool m_withParent = true;
-    QPointer<TreeWidget> m_tree;
-    FileInfoMap *m_map = nullptr;
-
-    mutable QMutex m_mutex;
-    QVector<FileRow> m_pending;  // guarded by m_mutex
-    bool m_wakeQueued = false;   // guarded by m_mutex
-    QVector<FileRow> m_ready;    // GUI thread only
-    int m_readyIndex = 0;        // GUI thread only
-    bool m_insertScheduled = false;
-    bool m_doneReported = true;
-    // Counts listings, so that a wake-up queued by a stopped one is ignored.
-    std::atomic<quint64> m_generation{0};
+    QPointer<ListingWorker> m_worker;
+    QPointer<FileListModel> m_model;
+    TreeWidget *m_tree = nullptr;
+    QTimer *m_sliceTimer;
+    QVector<FileRow> m_pending;
+    int m_pendingIndex = 0;
+    bool m_walking = false;
     int m_stopTimeout = 10000;
     std::function<void()> m_done;
     std::function<void()> m_batch;

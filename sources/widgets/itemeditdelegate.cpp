@@ -1,8 +1,7 @@
 #include "itemeditdelegate.h"
 
+#include "filelistmodel.h"
 #include "filesystemview.h"
-#include "fileview.h"
-#include "treewidget.h"
 
 #include <QDebug>
 #include <QLineEdit>
@@ -16,8 +15,8 @@ ItemEditDelegate::ItemEditDelegate(FileSystemView *view, QObject *parent)
 QWidget *ItemEditDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,
                                         const QModelIndex &index) const
 {
-    if (index.sibling(index.row(), m_view->fileView()->nameColumn()).data().toString()
-        == FileView::parentName())
+    const FileListModel *model = m_view->model();
+    if (!model || model->rowAt(index.row()).kind == FileRow::Parent)
         return nullptr;
     auto *editor = new QLineEdit(parent);
     editor->setFrame(false);
@@ -29,27 +28,21 @@ void ItemEditDelegate::setEditorData(QWidget *editor, const QModelIndex &index) 
     auto *lineEdit = qobject_cast<QLineEdit *>(editor);
     if (!lineEdit)
         return;
-    const FileView *view = m_view->fileView();
-    const QString name = index.sibling(index.row(), view->nameColumn()).data().toString();
-    const QString ext = index.sibling(index.row(), view->extColumn()).data().toString();
-    lineEdit->setText(ext.isEmpty() ? name : name + QLatin1Char('.') + ext);
+    // The whole name as it is on disk ("foo." keeps its dot), shown as text.
+    const FileRow &row = m_view->model()->rowAt(index.row());
+    lineEdit->setText(FileListModel::displayName(row.fileName()));
     // Select the name without its extension, the part usually renamed.
-    lineEdit->setSelection(0, name.size());
+    lineEdit->setSelection(0, row.name.size());
 }
 
 void ItemEditDelegate::setModelData(QWidget *editor, QAbstractItemModel *,
                                     const QModelIndex &index) const
 {
     auto *lineEdit = qobject_cast<QLineEdit *>(editor);
-    TreeWidget *tree = m_view->treeWidget();
-    if (!lineEdit || !tree)
+    if (!lineEdit || !index.isValid())
         return;
-    QTreeWidgetItem *item = tree->itemFromIndex(index);
-    if (!item)
-        return;
-    const QFileInfo info = m_view->fileInfoMap().value(item);
-    qDebug() << "Previous fileName " << info.fileName();
+    qDebug() << "Previous fileName " << m_view->model()->rowAt(index.row()).fileName();
     qDebug() << "New fileName " << lineEdit->text();
     // A refused rename leaves the row as it was; the user sees the old name.
-    m_view->renameItem(item, lineEdit->text());
+    m_view->renameRow(index.row(), lineEdit->text());
 }

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include "filelistmodel.h"
 #include "filesystemview.h"
 #include "recentfolderstorage.h"
 #include "treewidget.h"
@@ -41,6 +42,12 @@ Panel::Panel(QBoxLayout *layout, QWidget *parentWidget, QStatusBar *statusBar, Q
     m_view = new FileSystemView(this);
     m_view->init(m_contentLayout, m_container, statusBar);
     m_container->setFocusProxy(m_view->treeWidget());
+    if (m_pathLabel) {
+        // The label takes the width the layout gives it, never the path's.
+        m_pathLabel->setMinimumWidth(1);
+        m_pathLabel->setSizePolicy(QSizePolicy::Ignored, m_pathLabel->sizePolicy().verticalPolicy());
+        m_pathLabel->installEventFilter(this);
+    }
 
     connect(m_view, &FileSystemView::changeCurrentPath, this, &Panel::changeOutputDirEx);
     connect(m_view, &FileSystemView::changeFolder, this, &Panel::changeFolderEx);
@@ -146,19 +153,11 @@ bool Panel::handleKey(QKeyEvent *event)
             return false;
         Q_EMIT removeRequested();
         return true;
-    case Qt::Key_Insert: {
+    case Qt::Key_Insert:
         if (isEditing())
             return false;
-        TreeWidget *tree = m_view->treeWidget();
-        QTreeWidgetItem *item = tree->currentItem();
-        if (!item)
-            return true;
-        item->setSelected(!item->isSelected());
-        const int index = tree->indexOfTopLevelItem(item);
-        if (QTreeWidgetItem *next = tree->topLevelItem(index + 1))
-            tree->setCurrentItem(next, 0, QItemSelectionModel::NoUpdate);
+        m_view->treeWidget()->toggleMarkAndAdvance();
         return true;
-    }
     default:
         return false;
     }
@@ -185,8 +184,10 @@ void Panel::readSettings(QSettings &settings, const QString &group)
     settings.beginGroup(group);
     const QString mask = settings.value(QStringLiteral("Mask"), QStringLiteral("*.*")).toString();
     const QString path = settings.value(QStringLiteral("Path")).toString();
+    const bool hidden = settings.value(QStringLiteral("ShowHidden"), false).toBool();
     settings.endGroup();
     m_view->setMask(mask);
+    m_view->setShowHidden(hidden);
     if (path.isEmpty() || !m_view->changePath(path))
         m_view->changePath(QDir::homePath());
 }
@@ -196,6 +197,7 @@ void Panel::writeSettings(QSettings &settings, const QString &group) const
     settings.beginGroup(group);
     settings.setValue(QStringLiteral("Path"), m_view->currentPath());
     settings.setValue(QStringLiteral("Mask"), m_view->mask());
+    settings.setValue(QStringLiteral("ShowHidden"), m_view->showsHidden());
     settings.endGroup();
 }
 
@@ -206,8 +208,27 @@ void Panel::hideUnselectedFiles()
 
 void Panel::showPath(const QString &folder)
 {
-    if (m_pathLabel)
-        m_pathLabel->setText(QDir::toNativeSeparators(folder));
+    if (!m_pathLabel)
+        return;
+    m_shownPath = FileListModel::displayName(QDir::toNativeSeparators(folder));
+    m_pathLabel->setToolTip(m_shownPath);
+    elidePath();
+}
+
+void Panel::elidePath()
+{
+    // A long path is shortened in the middle, where it says least, so that
+    // it neither widens the window nor moves the buttons beside it.
+    const int width = qMax(0, m_pathLabel->contentsRect().width());
+    m_pathLabel->setText(
+        m_pathLabel->fontMetrics().elidedText(m_shownPath, Qt::ElideMiddle, width));
+}
+
+bool Panel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_pathLabel && event->type() == QEvent::Resize)
+        elidePath();
+    return QObject::eventFilter(watched, event);
 }
 
 void Panel::showFolder(const QString &folder)
@@ -290,9 +311,10 @@ void Panel::changeWaitIcon(bool ready)
 
 void Panel::editSelectedFile(bool isEdit)
 {
-    const QStringList files = selectedFiles();
-    if (!files.isEmpty())
-        openEditFile(files.first(), isEdit);
+    // The row under the cursor, whatever else is marked.
+    const QString path = m_view->currentFilePath();
+    if (!path.isEmpty() && !QFileInfo(path).isDir())
+        openEditFile(path, isEdit);
 }
 
 void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)

@@ -113,8 +113,12 @@ public Q_SLOTS:
     void setOppositePanelVisible(bool isHide);
     void changeWaitIcon(bool ready);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void createTitleBar();
+    void elidePath();
 
     /** Shows what the editor covered and reports the editor closed. */
     void showBrowserAgain();
@@ -130,6 +134,7 @@ private:
     QPointer<Edit> m_edit;
     QList<QPointer<QWidget>> m_hiddenForEdit; // shown again when the editor closes
     QLabel *m_pathLabel = nullptr;
+    QString m_shownPath;
     QString m_conversion;
     QObject *m_keyFilter = nullptr;
 };

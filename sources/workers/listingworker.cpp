@@ -1,0 +1,62 @@
+#include "listingworker.h"
+
+#include <QThread>
+
+ListingWorker::ListingWorker(Request request, QObject *parent)
+    : QObject(parent)
+    , m_request(std::move(request))
+    , m_stop(std::make_shared<std::atomic<bool>>(false))
+{
+    static const bool registered = [] {
+        qRegisterMetaType<QVector<FileRow>>();
+        qRegisterMetaType<FileListing::Changes>();
+        return true;
+    }();
+    Q_UNUSED(registered)
+}
+
+ListingWorker::~ListingWorker() = default;
+
+void ListingWorker::start(QThread::Priority priority)
+{
+    auto *thread = new QThread;
+    moveToThread(thread);
+    connect(thread, &QThread::started, this, &ListingWorker::run);
+    connect(this, &ListingWorker::done, thread, &QThread::quit);
+    connect(thread, &QThread::finished, this, &QObject::deleteLater);
+    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    thread->start(priority);
+}
+
+bool ListingWorker::wait(int milliseconds)
+{
+    QThread *thread = this->thread();
+    if (thread == QThread::currentThread())
+        return true;
+    thread->quit();
+    return thread->wait(static_cast<unsigned long>(milliseconds));
+}
+
+void ListingWorker::run()
+{
+    const std::atomic<bool> &stop = *m_stop;
+    QVector<FileRow> listing;
+    bool complete = true;
+    if (m_request.tree) {
+        complete = FileListing::walkTree(
+            m_request.folder, m_request.withParent, m_request.hidden, stop,
+            [this, &listing](QVector<FileRow> &rows) {
+                if (m_request.compare)
+                    listing += rows;
+                else
+                    Q_EMIT rowsFound(rows);
+            });
+    } else {
+        listing = FileListing::listFolder(m_request.folder, m_request.mask, m_request.withParent,
+                                          m_request.hidden);
+        complete = !stop.load();
+    }
+    if (complete && m_request.compare)
+        Q_EMIT changesFound(FileListing::compare(m_request.before, listing), listing);
+    Q_EMIT done(complete);
+}
