@@ -47,13 +47,12 @@ if(navarch_libraries)
 endif()
 install(TARGETS morvane-navarch RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-# The default engine, as the build places it beside the application, with its
-# package of Python modules when it has one.
+# The default engine, as the build places it beside the application, and its
+# package of Python modules (from the sources: running it leaves compiled files
+# in the build folder).
 install(PROGRAMS ${CMAKE_BINARY_DIR}/bin/morvane DESTINATION ${NAVARCH_PRIVATE_DIR})
-if(EXISTS ${PROJECT_SOURCE_DIR}/engine/morvane_sql)
-    install(DIRECTORY ${PROJECT_SOURCE_DIR}/engine/morvane_sql DESTINATION ${NAVARCH_PRIVATE_DIR}
-            FILES_MATCHING PATTERN "*.py")
-endif()
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/engine/morvane_sql DESTINATION ${NAVARCH_PRIVATE_DIR}
+        FILES_MATCHING PATTERN "*.py")
 
 set(desktop ${PROJECT_SOURCE_DIR}/resources/desktop)
 install(FILES ${desktop}/${NAVARCH_APP_ID}.desktop
