@@ -11,7 +11,7 @@ PACKAGES=(
     xvfb xauth imagemagick xdotool
     desktop-file-utils appstream
     g++-mingw-w64-x86-64
-    diffutils findutils grep
+    diffutils findutils grep time
 )
 
 missing=()
