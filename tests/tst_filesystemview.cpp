@@ -178,7 +178,7 @@ private Q_SLOTS:
         });
         selectOnly({target});
         m_view->removeSelection();
-        QCOMPARE(question, "Removing object(s)|Would you like to remove next 1 object(s):\n"
+        QCOMPARE(question, "Removing object(s)|Would you like to remove this object?\n"
                                + QDir::toNativeSeparators(path(target)));
         QTEST(!QFileInfo(path(target)).exists() && !QFileInfo(path(target)).isSymLink(), "gone");
         // Nothing but the chosen object changes; a link never takes its target along.

@@ -195,7 +195,7 @@ void TestPanel::panelKeys()
         return true;
     });
     QTest::keyClick(tree, Qt::Key_F8);
-    QVERIFY(asked.startsWith("Would you like to remove next 2 object(s):"));
+    QVERIFY(asked.startsWith("Would you like to remove these 2 objects?\n"));
     QVERIFY(!QFile::exists(path("left/a.sql")) && !QFile::exists(path("left/b.sql")));
     QVERIFY(QFile::exists(path("left/sub/s.sql")));
 }

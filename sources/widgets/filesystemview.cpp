@@ -55,7 +55,9 @@ FileSystemView::FileSystemView(QObject *parent)
     m_flatView->setDoneCallback([this] { flatListingDone(); });
     m_flatView->setBatchCallback([this] { invalidateTotals(); });
     m_confirm = [](const QString &title, const QString &text) {
-        return QMessageBox::question(nullptr, title, text, QMessageBox::Yes | QMessageBox::No)
+        // Enter alone never removes anything.
+        return QMessageBox::question(nullptr, title, text, QMessageBox::Yes | QMessageBox::No,
+                                     QMessageBox::No)
             == QMessageBox::Yes;
     };
     m_patternPrompt = [this](const QString &title, QString &pattern) {
@@ -727,9 +729,10 @@ void FileSystemView::removeSelection()
         listed << FileListModel::displayName(QDir::toNativeSeparators(paths.at(i)));
     if (paths.size() > MaxListedPaths)
         listed << QStringLiteral("...");
-    const QString text = QStringLiteral("Would you like to remove next %1 object(s):\n%2")
-                             .arg(paths.size())
-                             .arg(listed.join(QLatin1Char('\n')));
+    const QString question = paths.size() == 1
+        ? QStringLiteral("Would you like to remove this object?")
+        : QStringLiteral("Would you like to remove these %1 objects?").arg(paths.size());
+    const QString text = question + QLatin1Char('\n') + listed.join(QLatin1Char('\n'));
     if (!m_confirm || !m_confirm(QStringLiteral("Removing object(s)"), text))
         return;
     // The cursor moves to the nearest row that stays: below, else above.
