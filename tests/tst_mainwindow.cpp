@@ -232,16 +232,22 @@ private Q_SLOTS:
         QPlainTextEdit *log = window.form()->textEditLogView;
 
         // F6 copies from either side to the other.
+        QStringList messages;
+        window.panelManager()->setNotify([&messages](const QString &text) { messages << text; });
+        QSignalSpy copied(window.panelManager(), &PanelManager::copyFinished);
         TreeWidget *tree = selectRow(leftPanel, "a");
         QVERIFY(tree);
         acceptNextDialog();
         QTest::keyClick(tree, Qt::Key_F6);
-        QTRY_VERIFY(QFile::exists(right + "/a.sql"));
+        QVERIFY(copied.wait());
+        QVERIFY(QFile::exists(right + "/a.sql"));
         tree = selectRow(rightPanel, "b");
         QVERIFY(tree);
         acceptNextDialog();
         QTest::keyClick(tree, Qt::Key_F6);
-        QTRY_VERIFY(QFile::exists(left + "/b.sql"));
+        QVERIFY(copied.wait());
+        QVERIFY(QFile::exists(left + "/b.sql"));
+        QCOMPARE(messages.size(), 2);
 
         // F5 converts from the left panel only.
         QTest::keyClick(selectRow(rightPanel, "b"), Qt::Key_F5);

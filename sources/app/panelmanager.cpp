@@ -1,7 +1,5 @@
 #include "panelmanager.h"
 
-#include "copyobjects.h"
-
 #include "conversion.h"
 #include "conversionoptionsdialog.h"
 #include "copyobjects.h"
@@ -195,23 +193,31 @@ void PanelManager::setEditActionsEnabled(bool enabled)
 
 void PanelManager::copySelection()
 {
-    if (m_copy)
+    if (m_copy) {
+        m_notify(tr("A copy is already running; wait for it to finish or cancel it."));
         return;
+    }
     const QStringList sources = m_current->selectedPaths();
     if (sources.isEmpty())
         return;
-    CopyObjects copy(sources, oppositePanel()->currentPath());
+    m_copy = new CopyObjects(sources, oppositePanel()->currentPath(), m_window, this);
     if (m_copyPrompt)
-        copy.setPrompt(m_copyPrompt);
-    copy.setNotify(m_notify);
-    connect(&copy, &CopyObjects::turnWaitingMode, this, &PanelManager::turnWaitingMode);
-    m_copy = &copy;
-    copy.execute();
-    m_copy = nullptr;
-    // The watcher refreshes a shown target folder too, but not at once.
-    oppositePanel()->fileSystemView()->updateFileView();
-    if (oppositePanel()->currentPath() != m_current->currentPath())
-        m_current->fileSystemView()->updateFileView();
+        m_copy->setPrompt(m_copyPrompt);
+    if (m_copyNotify)
+        m_copy->setNotify(m_copyNotify);
+    connect(m_copy, &CopyObjects::turnWaitingMode, this, &PanelManager::turnWaitingMode);
+    connect(m_copy, &CopyObjects::finished, this, [this] {
+        m_copy->deleteLater();
+        m_copy = nullptr;
+        // The watcher refreshes a shown target folder too, but not at once.
+        for (Panel *panel : {m_left, m_right})
+            panel->fileSystemView()->updateFileView();
+        Q_EMIT copyFinished();
+    });
+    if (!m_copy->execute()) {
+        delete m_copy;
+        m_copy = nullptr;
+    }
 }
 
 void PanelManager::copyCurrentFile()

@@ -58,13 +58,15 @@ public:
     using Notify = std::function<void(const QString &message)>;
     void setCopyPrompt(CopyPrompt prompt) { m_copyPrompt = std::move(prompt); }
     void setNamePrompt(NamePrompt prompt) { m_namePrompt = std::move(prompt); }
-    void setNotify(Notify notify) { m_notify = std::move(notify); }
+    void setNotify(Notify notify) { m_notify = m_copyNotify = std::move(notify); }
 
     /** Turns the editors' own search (find, find next) on or off in both panels. */
     void setEditActionsEnabled(bool enabled);
 
 Q_SIGNALS:
     void turnWaitingMode(Qt::CursorShape cursor);
+    /** A copy started by copySelection() has ended and the lists are refreshed. */
+    void copyFinished();
 
 public Q_SLOTS:
     void focusChanged(QWidget *old, QWidget *now);
@@ -121,4 +123,5 @@ private:
     CopyPrompt m_copyPrompt;
     NamePrompt m_namePrompt;
     Notify m_notify;
+    Notify m_copyNotify;   // empty: the copy reports in a box of its own
 };
