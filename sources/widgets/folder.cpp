@@ -5,7 +5,8 @@
 Folder::Folder(const QString &path, QObject *parent)
     : QObject(parent)
     , m_path(path)
-    , m_action(new QAction(path, nullptr))
+    // A single "&" in a menu text would mark a mnemonic and vanish.
+    , m_action(new QAction(QString(path).replace(QLatin1Char('&'), QLatin1String("&&")), nullptr))
 {
     connect(m_action, &QAction::triggered, this, &Folder::changeRootFolderEx);
 }

@@ -6,6 +6,8 @@
 #include <QMenu>
 #include <QSettings>
 
+#include <algorithm>
+
 RecentFolderStorage &RecentFolderStorage::instance()
 {
     static RecentFolderStorage storage;
@@ -55,8 +57,18 @@ void RecentFolderStorage::clear()
 void RecentFolderStorage::readSettings(QSettings &settings)
 {
     settings.beginGroup(QStringLiteral("RecentOpenFolder"));
-    const QStringList keys = settings.childKeys();
-    for (const QString &key : keys) {
+    QStringList keys = settings.childKeys();
+    // The keys are list positions: "2" comes before "10".
+    std::stable_sort(keys.begin(), keys.end(), [](const QString &a, const QString &b) {
+        bool aNumber = false;
+        bool bNumber = false;
+        const int aValue = a.toInt(&aNumber);
+        const int bValue = b.toInt(&bNumber);
+        if (aNumber != bNumber)
+            return aNumber;
+        return aNumber ? aValue < bValue : a < b;
+    });
+    for (const QString &key : qAsConst(keys)) {
         const QString path = settings.value(key, QString()).toString();
         qDebug() << path;
         if (!path.isEmpty())
