@@ -1,6 +1,7 @@
 #include "enginelocator.h"
 #include "mainwindow.h"
 #include "startupoptions.h"
+#include "terminationsignal.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -53,6 +54,10 @@ int main(int argc, char *argv[])
     }
 
     QApplication app(argc, argv);
+    // A logout or kill ends the event loop like a normal exit, so the window
+    // writes its settings.
+    QObject::connect(TerminationSignal::install(), &TerminationSignal::received, &app,
+                     &QCoreApplication::quit);
     QGuiApplication::setDesktopFileName(QStringLiteral("com.quillonsystems.MorvaneNavarch"));
     const StartupOptions options = StartupOptions::parse(app.arguments());
     if (options.action() != StartupOptions::Action::Start)

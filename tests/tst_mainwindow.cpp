@@ -17,11 +17,19 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDialog>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QScreen>
+#include <QSplitter>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QToolBar>
 #include <Qsci/qsciscintilla.h>
+
+#include <csignal>
 
 namespace {
 
@@ -112,6 +120,177 @@ private Q_SLOTS:
         QCOMPARE(commands->currentIndex(), 0);
         QCOMPARE(again.engineOptions().value("/PRJF="), QStringLiteral("/p/project.prj"));
         QVERIFY(!again.engineOptions().contains("/P"));
+    }
+
+    void restoredPlacement_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QPoint>("pos");
+        QTest::newRow("huge") << QSize(100000, 100000) << QPoint(200, 200);
+        QTest::newRow("far off the screen") << QSize(500, 400) << QPoint(50000, -50000);
+        QTest::newRow("no size at all") << QSize(0, -7) << QPoint(10, 10);
+    }
+
+    void restoredPlacement()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QPoint, pos);
+        {
+            Settings settings;
+            settings.setValue("Main Window/size", size);
+            settings.setValue("Main Window/pos", pos);
+        }
+        MainWindow window(nullptr, qApp, QString());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        // On the screen, and no larger than it unless the form itself needs more.
+        const QRect screen = window.screen()->availableGeometry();
+        const QSize largest = screen.size().expandedTo(window.minimumSizeHint());
+        const QString placed = QStringLiteral("%1,%2 %3x%4").arg(window.x()).arg(window.y())
+                                   .arg(window.width()).arg(window.height());
+        QVERIFY2(screen.contains(window.pos()), qPrintable(placed));
+        QVERIFY2(window.width() <= largest.width() && window.height() <= largest.height(),
+                 qPrintable(placed));
+        QVERIFY(window.width() >= 480 && window.height() >= 320);
+    }
+
+    void maximisedAndSplittersComeBack()
+    {
+        QList<int> panels;
+        {
+            MainWindow window(nullptr, qApp, QString());
+            window.showMaximized();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            QSplitter *splitter = window.form()->panelSplitter;
+            const int total = splitter->sizes().value(0) + splitter->sizes().value(1);
+            splitter->setSizes({total / 4, total - total / 4});
+            panels = splitter->sizes();
+        }
+        MainWindow again(nullptr, qApp, QString());
+        again.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&again));
+        QVERIFY(again.isMaximized());
+        QCOMPARE(again.form()->panelSplitter->sizes(), panels);
+    }
+
+    void settingsKeptOnTermination()
+    {
+        // The real application, ended as a logout ends it.
+        TestDir home;
+        QProcess app;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("HOME", home.path());
+        environment.insert("XDG_CONFIG_HOME", home.filePath("config"));
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        app.setProcessEnvironment(environment);
+        // Blocked until the application handles it, so it cannot come too early.
+        sigset_t term, previous;
+        sigemptyset(&term);
+        sigaddset(&term, SIGTERM);
+        pthread_sigmask(SIG_BLOCK, &term, &previous);
+        app.start(QFileInfo(TEST_ENGINE_PATH).path() + "/morvane-navarch", QStringList());
+        const bool started = app.waitForStarted();
+        pthread_sigmask(SIG_SETMASK, &previous, nullptr);
+        QVERIFY(started);
+        ::kill(pid_t(app.processId()), SIGTERM);
+        QVERIFY(app.waitForFinished(20000));
+        QCOMPARE(app.exitStatus(), QProcess::NormalExit);
+        QSettings written(home.filePath("config/Quillon Systems Ltd./Morvane 6.0/Qt Tools/"
+                                         "Morvane Navarch.conf"),
+                          QSettings::IniFormat);
+        QVERIFY(written.contains("Main Window/geometry"));
+    }
+
+    void menuItems_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<QString>("outcome");
+        QTest::newRow("Command > View") << "actionOpen" << "editor";
+        QTest::newRow("Command > Edit") << "actionEdit" << "editor";
+        QTest::newRow("Command > Conversion") << "actionConversion" << "log";
+        QTest::newRow("Conversion > Source") << "actionSource" << "Source details";
+        QTest::newRow("Conversion > Target") << "actionTarget" << "Target details";
+    }
+
+    void menuItems()
+    {
+        QFETCH(QString, action);
+        TestDir dir;
+        dir.createFile("left/a.sql", "select 1;\n");
+        Settings().setValue("Main Window/leftPanel/Path", dir.filePath("left"));
+        MainWindow window(nullptr, qApp, QString());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        Panel *left = window.panelManager()->leftPanel();
+        QVERIFY(selectRow(left, "a"));
+        QFETCH(QString, outcome);
+        const bool dialogExpected = outcome != "editor" && outcome != "log";
+        QString dialogTitle;
+        if (dialogExpected) {
+            onModal([&dialogTitle](QWidget *dialog) {
+                dialogTitle = dialog->windowTitle();
+                QTest::keyClick(dialog, Qt::Key_Escape);
+            });
+        }
+        window.findChild<QAction *>(action)->trigger();
+        if (outcome == "editor")
+            QVERIFY(left->isEditing());
+        else if (outcome == "log")
+            QTRY_VERIFY(!window.form()->textEditLogView->toPlainText().isEmpty());
+        else
+            QCOMPARE(dialogTitle, outcome);
+        QTRY_COMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
+        left->closeEdit();
+
+        // Every menu of the bar has a letter of its own; Ctrl+Q leaves.
+        QSet<QChar> letters;
+        for (QAction *menu : window.menuBar()->actions()) {
+            const int amp = menu->text().indexOf('&');
+            QVERIFY2(amp >= 0, qPrintable(menu->text()));
+            letters.insert(menu->text().at(amp + 1).toLower());
+        }
+        QCOMPARE(letters.size(), window.menuBar()->actions().size());
+        window.activateWindow();
+        QTRY_VERIFY(window.isActiveWindow());
+        QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
+        QVERIFY(!window.isVisible());
+    }
+
+    void commandLine_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("output");
+        QTest::newRow("output and status") << "printf 'a\\nb\\n'" << "a\nb\n[exit code 0]\n";
+        QTest::newRow("in the active panel's folder") << "pwd" << "<folder>\n[exit code 0]\n";
+        QTest::newRow("errors too, and the exit code") << "echo oops >&2; exit 3"
+                                                       << "oops\n[exit code 3]\n";
+        QTest::newRow("input is closed") << "read x || echo no input" << "no input\n[exit code 0]\n";
+    }
+
+    void commandLine()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, output);
+        TestDir dir;
+        const QString folder = dir.createDir("it's a \"folder\"");
+        Settings().setValue("Main Window/leftPanel/Path", folder);
+        MainWindow window(nullptr, qApp, QString());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QComboBox *commands = window.form()->comboBoxEditCommand;
+        QTest::keyClicks(commands->lineEdit(), command);
+        QTest::keyClick(commands->lineEdit(), Qt::Key_Return);
+        const QString expected = QDir::toNativeSeparators(folder) + "> " + command + "\n"
+            + QString(output).replace("<folder>", folder);
+        QTRY_COMPARE(window.commandOutput()->toPlainText(), expected);
+        QVERIFY(window.form()->tabWidget->isVisible());
+        // Kept in the history, listed once, and the line is ready for the next one.
+        QTest::keyClicks(commands->lineEdit(), command);
+        QTest::keyClick(commands->lineEdit(), Qt::Key_Return);
+        QTRY_VERIFY(window.commandOutput()->toPlainText().count("[exit code") == 2);
+        QCOMPARE(commands->count(), 2);
+        QCOMPARE(commands->itemText(1), command);
+        QCOMPARE(commands->currentText(), QString());
     }
 
     void clearedOptionsStayCleared()

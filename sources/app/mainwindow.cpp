@@ -28,9 +28,13 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFontDatabase>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTextCursor>
 
 namespace {
@@ -46,6 +50,24 @@ const QStringList &engineOptionKeys()
         QStringLiteral("/PRJF="), QStringLiteral("/INI="),  QStringLiteral("/TBLDDL="),
         QStringLiteral(" ")};
     return keys;
+}
+
+// The smallest window that still shows both panels and the command bar.
+constexpr QSize SmallestWindow(480, 320);
+
+// A stored size or position from another screen layout, or edited by hand,
+// must neither put the window out of sight nor ask for a window buffer larger
+// than any screen.
+QRect onScreens(const QSize &size, const QPoint &pos)
+{
+    const QScreen *screen = QGuiApplication::screenAt(pos);
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    const QRect area = screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768);
+    const QSize fitted = size.expandedTo(SmallestWindow).boundedTo(area.size());
+    const QPoint placed(qBound(area.left(), pos.x(), area.right() + 1 - fitted.width()),
+                        qBound(area.top(), pos.y(), area.bottom() + 1 - fitted.height()));
+    return QRect(placed, fitted);
 }
 
 } // namespace
@@ -103,7 +125,16 @@ MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString
     setupConversion();
     setupEditorAndComparison();
     setupSearch();
+    setupCommandLine();
     readSettings();
+
+    // Written before the window is gone too: at the end of the event loop and
+    // when the session ends, since a logout may not wait for the destructor.
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &MainWindow::writeSettings);
+    if (qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+        connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::writeSettings);
+        connect(qApp, &QGuiApplication::saveStateRequest, this, &MainWindow::writeSettings);
+    }
 }
 
 MainWindow::~MainWindow()
@@ -120,17 +151,20 @@ void MainWindow::createActions()
                               QString::fromLatin1(RunToolTip), this);
     m_stopAction = new QAction(QIcon(QStringLiteral(":/images/stop.png")),
                                QStringLiteral("Stop"), this);
-    m_migrationAction = new QAction(QStringLiteral("Migration..."), this);
+    m_migrationAction = new QAction(QStringLiteral("&Migration..."), this);
     m_encodingAction = new QAction(QIcon(QStringLiteral(":/images/translate.png")),
-                                   QStringLiteral("Encoding..."), this);
+                                   QStringLiteral("&Encoding..."), this);
     m_findAction = new QAction(QIcon(QStringLiteral(":/images/find.png")),
                                QStringLiteral("&Find"), this);
     m_findAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+F")));
-    m_copyFileAction = new QAction(QIcon(QStringLiteral(":/images/start.png")),
-                                   QStringLiteral("Copy file"), this);
+    m_copyFileAction = new QAction(QIcon(QStringLiteral(":/images/copy.png")),
+                                   QStringLiteral("C&opy file"), this);
     m_cancelAction = new QAction(QStringLiteral("&Cancel"), this);
     m_cancelAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+K")));
     m_cancelAction->setVisible(false);
+    m_exitAction = new QAction(QStringLiteral("E&xit"), this);
+    m_exitAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
+    m_exitAction->setMenuRole(QAction::QuitRole);
 
     m_ui->toolBar->addSeparator();
     m_ui->toolBar->addAction(m_runAction);
@@ -146,17 +180,84 @@ void MainWindow::createActions()
     m_ui->menuNew->addAction(m_copyFileAction);
     m_ui->menuNew->addAction(m_cancelAction);
     m_ui->menuNew->addSeparator();
-    m_recentMenu = m_ui->menuNew->addMenu(QStringLiteral("Recent Folders"));
+    m_recentMenu = m_ui->menuNew->addMenu(QStringLiteral("&Recent Folders"));
     RecentFolderStorage::instance().fillMenu(m_recentMenu);
+    m_ui->menuNew->addSeparator();
+    m_ui->menuNew->addAction(m_exitAction);
     // Their shortcuts work anywhere in the window, not only while the menu is open.
     addAction(m_findAction);
     addAction(m_cancelAction);
+    addAction(m_exitAction);
 
     connect(m_runAction, &QAction::triggered, this, &MainWindow::startConversionEx);
     connect(m_migrationAction, &QAction::triggered, this, &MainWindow::migrationOptions);
     connect(m_encodingAction, &QAction::triggered, this, &MainWindow::showEncodingOptions);
     connect(m_copyFileAction, &QAction::triggered, this, &MainWindow::copyFile);
     connect(m_cancelAction, &QAction::triggered, this, &MainWindow::stopThread);
+    connect(m_exitAction, &QAction::triggered, this, &QWidget::close);
+
+    // The form's own items: the commands of the function keys, and the
+    // option dialogs of each side of the direction.
+    connect(m_ui->actionOpen, &QAction::triggered, m_panelManager,
+            &PanelManager::startViewCommand);
+    connect(m_ui->actionEdit, &QAction::triggered, m_panelManager,
+            &PanelManager::startEditCommand);
+    connect(m_ui->actionConversion, &QAction::triggered, this, &MainWindow::startConversionEx);
+    connect(m_ui->actionSource, &QAction::triggered, m_panelManager,
+            &PanelManager::showLeftDialogOption);
+    connect(m_ui->actionTarget, &QAction::triggered, m_panelManager,
+            &PanelManager::showRightDialogOption);
+}
+
+void MainWindow::setupCommandLine()
+{
+    m_commandOutput = new QPlainTextEdit;
+    m_commandOutput->setObjectName(QStringLiteral("commandOutput"));
+    m_commandOutput->setReadOnly(true);
+    m_commandOutput->setMaximumBlockCount(20000);
+    m_commandOutput->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_ui->tabWidget->addTab(m_commandOutput, QStringLiteral("Commands"));
+
+    QComboBox *combo = m_ui->comboBoxEditCommand;
+    // The history is kept here, not by the combo's own insertion.
+    combo->setInsertPolicy(QComboBox::NoInsert);
+    connect(combo->lineEdit(), &QLineEdit::returnPressed, this, &MainWindow::runCommandLine);
+    auto append = [this](const QString &text) {
+        QTextCursor cursor(m_commandOutput->document());
+        cursor.movePosition(QTextCursor::End);
+        cursor.insertText(text);
+        m_commandOutput->moveCursor(QTextCursor::End);
+    };
+    connect(m_commandLine, &CommandLine::output, this, append);
+    connect(m_commandLine, &CommandLine::finished, this, [this, append](const QString &status) {
+        append(QStringLiteral("[%1]\n").arg(status));
+        turnWaitingMode(Qt::ArrowCursor);
+    });
+}
+
+void MainWindow::runCommandLine()
+{
+    QComboBox *combo = m_ui->comboBoxEditCommand;
+    const QString command = combo->currentText();
+    if (command.trimmed().isEmpty())
+        return;
+    m_ui->tabWidget->setVisible(true);
+    m_ui->tabWidget->setCurrentWidget(m_commandOutput);
+    const QString folder = m_panelManager->currentPanel()->currentPath();
+    QTextCursor cursor(m_commandOutput->document());
+    cursor.movePosition(QTextCursor::End);
+    if (!m_commandLine->run(command, folder)) {
+        cursor.insertText(tr("A command is still running; Ctrl+K stops it.\n"));
+        return;
+    }
+    cursor.insertText(QStringLiteral("%1> %2\n").arg(QDir::toNativeSeparators(folder), command));
+    turnWaitingMode(Qt::BusyCursor);
+    // The newest command comes first after the empty line, listed once.
+    const int listed = combo->findText(command, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (listed > 0)
+        combo->removeItem(listed);
+    combo->insertItem(1, command);
+    combo->setCurrentIndex(0);
 }
 
 void MainWindow::setupConversion()
@@ -280,13 +381,26 @@ void MainWindow::readSettings()
 {
     Settings settings;
     settings.beginGroup(QStringLiteral("Main Window"));
+    // The saved geometry also knows a maximised window and its screen; "size"
+    // and "pos" are the fallback, kept for the stores that have only them.
     const QSize size = settings.value(QStringLiteral("size"), QSize(-1, -1)).toSize();
-    if (size.width() == -1 && size.height() == -1) {
-        setWindowState(windowState() | Qt::WindowMaximized);
-    } else {
-        resize(size);
-        move(settings.value(QStringLiteral("pos"), QPoint(200, 200)).toPoint());
+    const QByteArray geometry = settings.value(QStringLiteral("geometry")).toByteArray();
+    if (geometry.isEmpty() || !restoreGeometry(geometry)) {
+        if (size.width() == -1 && size.height() == -1) {
+            setWindowState(windowState() | Qt::WindowMaximized);
+        } else {
+            const QRect placed =
+                onScreens(size, settings.value(QStringLiteral("pos"), QPoint(200, 200)).toPoint());
+            resize(placed.size());
+            move(placed.topLeft());
+        }
+    } else if (!(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen))) {
+        const QRect placed = onScreens(this->size(), pos());
+        resize(placed.size());
+        move(placed.topLeft());
     }
+    for (QSplitter *splitter : {m_ui->mainSplitter, m_ui->panelSplitter})
+        splitter->restoreState(settings.value(splitter->objectName()).toByteArray());
 
     m_panelManager->readSettings(settings);
     RecentFolderStorage::instance().readSettings(settings);
@@ -314,6 +428,9 @@ void MainWindow::writeSettings()
     settings.beginGroup(QStringLiteral("Main Window"));
     settings.setValue(QStringLiteral("size"), size());
     settings.setValue(QStringLiteral("pos"), pos());
+    settings.setValue(QStringLiteral("geometry"), saveGeometry());
+    for (const QSplitter *splitter : {m_ui->mainSplitter, m_ui->panelSplitter})
+        settings.setValue(splitter->objectName(), splitter->saveState());
     // Every key is written: an option the user cleared must not come back
     // from the store. The password lives in memory for the session only.
     for (const QString &key : engineOptionKeys()) {
@@ -355,6 +472,7 @@ void MainWindow::stopThread()
     if (m_fileListDiff)
         m_fileListDiff->stop();
     m_panelManager->cancelCopy();
+    m_commandLine->stop();
 }
 
 void MainWindow::pauseMode(bool isRunnig)
@@ -527,7 +645,7 @@ void MainWindow::changeRoot(const QString &folder)
 
 void MainWindow::initSubMenu(QAction *action)
 {
-    if (action && action->text() == QLatin1String("Recent Folders"))
+    if (action && action == m_recentMenu->menuAction())
         RecentFolderStorage::instance().fillMenu(m_recentMenu);
 }
 

@@ -15,6 +15,7 @@ class ConversionLogView;
 class PanelManager;
 class QApplication;
 class QMenu;
+class QPlainTextEdit;
 class StartupOptions;
 namespace Ui {
 class MainWindow;
@@ -53,6 +54,9 @@ public:
     QAction *findAction() const { return m_findAction; }
     QAction *copyFileAction() const { return m_copyFileAction; }
     QAction *cancelAction() const { return m_cancelAction; }
+    QAction *exitAction() const { return m_exitAction; }
+    /** Where the commands typed on the "Commands:" line write. */
+    QPlainTextEdit *commandOutput() const { return m_commandOutput; }
     QMenu *recentFoldersMenu() const { return m_recentMenu; }
 
     /**
@@ -103,6 +107,8 @@ private:
     /** Asks before closing while a conversion, search or copy runs; false keeps the window. */
     bool confirmCloseWhileBusy();
     void setupSearch();
+    void setupCommandLine();
+    void runCommandLine();
     void readSettings();
     void writeSettings();
     void openLogLink(const QString &path, int line);
@@ -125,6 +131,8 @@ private:
     QAction *m_findAction = nullptr;
     QAction *m_copyFileAction = nullptr;
     QAction *m_cancelAction = nullptr;
+    QAction *m_exitAction = nullptr;
+    QPlainTextEdit *m_commandOutput = nullptr;
     QMenu *m_recentMenu = nullptr;
     FindScript *m_findScript = nullptr;
     FileListDiff *m_fileListDiff = nullptr;
