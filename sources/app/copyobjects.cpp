@@ -1,6 +1,7 @@
 #include "copyobjects.h"
 
 #include "copydialog.h"
+#include "filenamecodec.h"
 
 #include <QCheckBox>
 #include <QDateTime>
@@ -18,7 +19,7 @@ constexpr int ListedErrors = 20;
 
 QString shownPath(const QString &path)
 {
-    return QDir::toNativeSeparators(path);
+    return FileNameCodec::displayName(QDir::toNativeSeparators(path));
 }
 
 QString describe(const QFileInfo &info)
