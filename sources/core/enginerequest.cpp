@@ -1,6 +1,7 @@
 #include "enginerequest.h"
 
 #include "encodings.h"
+#include "filenamecodec.h"
 
 #include <QDir>
 #include <QFile>
@@ -182,6 +183,8 @@ EngineCommand engineCommand(const EngineRequest &request)
     QString display = request.program;
     for (const QString &argument : qAsConst(arguments))
         display += QLatin1Char(' ') + argument;
-    command.displayLine = viaInput ? masked(display, QStringLiteral("-")) : masked(display, password);
+    // Names that are not valid UTF-8 show their odd bytes as replacement characters.
+    command.displayLine = FileNameCodec::displayName(
+        viaInput ? masked(display, QStringLiteral("-")) : masked(display, password));
     return command;
 }
