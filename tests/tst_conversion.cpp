@@ -29,6 +29,7 @@ private Q_SLOTS:
     void terminateEndsChildren();
     void flood();
     void defaultEngineConvertsSamples();
+    void defaultEngineConvertsExactlyTheSelection();
 
 private:
     QStringList runEngine(const QString &script, int timeout = 20000);
@@ -264,6 +265,37 @@ void TestConversion::defaultEngineConvertsSamples()
     QFile written(source);
     QVERIFY(written.open(QIODevice::ReadOnly));
     QCOMPARE(written.readAll(), text);
+}
+
+void TestConversion::defaultEngineConvertsExactlyTheSelection()
+{
+    const QString engine = QFileInfo(QStringLiteral(TEST_ENGINE_PATH)).absolutePath()
+                           + QStringLiteral("/morvane");
+    if (!QFileInfo(engine).isExecutable())
+        QSKIP("the default engine is not built");
+    // Names that a bar-joined, blank-stripped, wildcard-expanded list would
+    // read as other files, next to the files they would be read as.
+    const QStringList selected{QStringLiteral("b| c.sql"), QStringLiteral("star*.sql"),
+                               QStringLiteral(" blank .sql"), QStringLiteral("two\nlines.sql")};
+    const QStringList decoys{QStringLiteral("b"), QStringLiteral("c.sql"),
+                             QStringLiteral("starlet.sql"), QStringLiteral("blank .sql"),
+                             QStringLiteral("two"), QStringLiteral("lines.sql")};
+    QStringList files;
+    for (const QString &name : selected)
+        files << m_dir->createFile(QStringLiteral("in/") + name, "SELECT TOP 1 a FROM t;\n");
+    for (const QString &name : decoys)
+        m_dir->createFile(QStringLiteral("in/") + name, "SELECT TOP 2 b FROM u;\n");
+    m_conversion->setEngineProgram(engine);
+    m_conversion->setFile(files);
+    m_conversion->setEncodings(QStringLiteral("System"), QStringLiteral("System"));
+    runEngine(QString(), 60000);
+    QCOMPARE(process()->exitCode(), 0);
+    QDir out(m_dir->filePath(QStringLiteral("out")));
+    QStringList written = out.entryList(QDir::Files | QDir::Hidden);
+    QStringList expected = selected;
+    written.sort();
+    expected.sort();
+    QCOMPARE(written, expected);
 }
 
 QTEST_GUILESS_MAIN(TestConversion)

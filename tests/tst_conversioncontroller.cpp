@@ -210,7 +210,12 @@ private Q_SLOTS:
         QSignalSpy finished(m_controller, &ConversionController::runFinished);
         startRun(QString(), {folder});
         QVERIFY(finished.wait(10000));
-        QCOMPARE(m_conversion->lastArguments().first(), QStringLiteral("/F=\"%1/*.sql| %1/*.ddl\"").arg(folder));
+        // Masks hold wildcards: they go through the list file, one per line.
+        const QString listFile = m_conversion->request().listFile;
+        QCOMPARE(m_conversion->lastArguments().first(), QStringLiteral("/FF=\"%1\"").arg(listFile));
+        QFile list(listFile);
+        QVERIFY(list.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(list.readAll()), QStringLiteral("%1/*.sql\n%1/*.ddl\n").arg(folder));
 
         // A codec name with a blank stays one switch.
         m_controller->runOrPause({}, QStringLiteral("IBM 850"), QStringLiteral("UTF-8"), {folder},

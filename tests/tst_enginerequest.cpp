@@ -91,20 +91,34 @@ private Q_SLOTS:
 
     void fileList_data()
     {
-        QTest::addColumn<int>("count");
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<bool>("pathPerLine");
         QTest::addColumn<bool>("throughFile");
-        QTest::newRow("ten files go inline") << 10 << false;
-        QTest::newRow("eleven files go through the list file") << 11 << true;
-        QTest::newRow("5000 files") << 5000 << true;
+        QStringList ten;
+        for (int i = 0; i < 10; ++i)
+            ten << QStringLiteral("script %1.sql").arg(i);
+        QTest::newRow("ten plain files go inline") << ten << true << false;
+        QTest::newRow("eleven go through the list file") << (ten + QStringList{"x.sql"}) << true << true;
+        QTest::newRow("eleven, bar-joined list for other engines")
+            << (ten + QStringList{"x.sql"}) << false << true;
+        QTest::newRow("a bar in a name") << QStringList{"b| c.sql"} << true << true;
+        QTest::newRow("a wildcard in a name") << QStringList{"star*.sql"} << true << true;
+        QTest::newRow("a question mark in a name") << QStringList{"why?.sql"} << true << true;
+        QTest::newRow("a blank at the start of a name") << QStringList{" blank .sql"} << true << true;
+        QTest::newRow("a blank at the end of a name") << QStringList{"blank.sql "} << true << true;
+        QTest::newRow("a line break in a name") << QStringList{"two\nlines.sql"} << true << true;
+        QTest::newRow("the same, inline for other engines") << QStringList{"b| c.sql"} << false << false;
     }
     void fileList()
     {
-        QFETCH(int, count);
+        QFETCH(QStringList, names);
+        QFETCH(bool, pathPerLine);
         QFETCH(bool, throughFile);
         EngineRequest request = baseRequest();
+        request.pathPerLine = pathPerLine;
         request.files.clear();
-        for (int i = 0; i < count; ++i)
-            request.files << QStringLiteral("/data/scripts/script %1.sql").arg(i);
+        for (const QString &name : names)
+            request.files << QStringLiteral("/data/scripts/") + name;
         const QString joined = request.files.join(QStringLiteral("| "));
         const EngineCommand command = engineCommand(request);
         QCOMPARE(command.arguments.value(0),
@@ -114,8 +128,24 @@ private Q_SLOTS:
         if (throughFile) {
             QFile list(request.listFile);
             QVERIFY(list.open(QIODevice::ReadOnly));
-            QCOMPARE(QString::fromUtf8(list.readAll()), joined);
+            // A name with a line break needs the NUL-ended form.
+            const char end = names.first().contains(QLatin1Char('\n')) ? '\0' : '\n';
+            QByteArray expected = joined.toUtf8();
+            if (pathPerLine) {
+                expected.clear();
+                for (const QString &path : qAsConst(request.files))
+                    expected += path.toUtf8() + end;
+            }
+            QCOMPARE(list.readAll(), expected);
         }
+    }
+
+    void relativeNamesBecomeAbsolute()
+    {
+        EngineRequest request = baseRequest();
+        request.files = QStringList{QStringLiteral("rel/a.sql")};
+        QCOMPARE(engineCommand(request).arguments.value(0),
+                 QStringLiteral("/F=\"%1\"").arg(QDir::current().absoluteFilePath("rel/a.sql")));
     }
 
     void tablesDdl_data()

@@ -6,6 +6,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
+
+#include <algorithm>
 
 namespace {
 
@@ -109,20 +112,58 @@ QString tablesDdlArgument(const EngineRequest &request, QString path, QStringLis
     return QStringLiteral("%1\"%2\"").arg(TablesDdlSwitch, QDir::toNativeSeparators(path));
 }
 
-QString filesArgument(const EngineRequest &request, const QString &files, QStringList &notes)
+// A name the inline list cannot carry as it is: the engine splits it at
+// bars, strips blanks and expands wildcards.
+bool isAmbiguousInline(const QString &path)
 {
-    const QString inline_ = QStringLiteral("/F=\"%1\"").arg(files);
+    static const QString special = QStringLiteral("|*?\n\r");
+    const QString name = QFileInfo(path).fileName();
+    return std::any_of(path.cbegin(), path.cend(), [](QChar c) { return special.contains(c); })
+        || path != path.trimmed() || name != name.trimmed();
+}
+
+// The argument naming the scripts; @p error is set when they cannot be named.
+QString filesArgument(const EngineRequest &request, const QStringList &files, QStringList &notes,
+                      QString *error)
+{
+    const QString joined = QDir::toNativeSeparators(files.join(QStringLiteral("| ")));
+    const QString inline_ = QStringLiteral("/F=\"%1\"").arg(joined);
     // Long lists go through a file: the command line has a length limit.
-    if (files.count(QLatin1Char('|')) <= 9 || request.listFile.isEmpty())
+    bool throughFile = files.size() > 10;
+    if (request.pathPerLine)
+        throughFile = throughFile || std::any_of(files.cbegin(), files.cend(), isAmbiguousInline);
+    if (!throughFile)
         return inline_;
-    QDir().mkpath(QFileInfo(request.listFile).absolutePath());
-    QFile list(request.listFile);
-    if (!list.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        notes << QStringLiteral("Cannot write the file list '%1': %2; the files are passed inline.")
-                     .arg(request.listFile, list.errorString());
-        return inline_;
+    QByteArray text;
+    if (request.pathPerLine) {
+        // One path per line; a name holding a line break needs the form in
+        // which each path ends with a NUL byte instead, taken byte for byte.
+        const bool breaks = std::any_of(files.cbegin(), files.cend(), [](const QString &path) {
+            return path.contains(QLatin1Char('\n')) || path.contains(QLatin1Char('\r'));
+        });
+        for (const QString &path : files)
+            text += QFile::encodeName(path) + (breaks ? '\0' : '\n');
+    } else {
+        text = joined.toUtf8();
     }
-    list.write(files.toUtf8());
+    const auto failed = [&](const QString &reason) {
+        if (!request.pathPerLine) {
+            notes << QStringLiteral("Cannot write the file list '%1': %2; the files are passed "
+                                    "inline.")
+                         .arg(request.listFile, reason);
+            return inline_;
+        }
+        // Inline, these names would be read as others: nothing runs.
+        *error = QStringLiteral("Cannot write the file list '%1': %2; nothing was converted.")
+                     .arg(request.listFile, reason);
+        return QString();
+    };
+    if (request.listFile.isEmpty())
+        return failed(QStringLiteral("no working folder"));
+    QDir().mkpath(QFileInfo(request.listFile).absolutePath());
+    QSaveFile list(request.listFile);
+    if (!list.open(QIODevice::WriteOnly) || list.write(text) != text.size() || !list.commit())
+        return failed(list.errorString());
     return QStringLiteral("/FF=\"%1\"").arg(request.listFile);
 }
 
@@ -150,15 +191,22 @@ EngineCommand engineCommand(const EngineRequest &request)
     const QString outputFolder = QDir::toNativeSeparators(request.outputFolder);
     QStringList files = request.files;
     files.removeAll(QString());
-    const QString fileList = QDir::toNativeSeparators(files.join(QStringLiteral("| ")));
-    if (outputFolder.isEmpty() || fileList.isEmpty()) {
+    if (outputFolder.isEmpty() || files.isEmpty()) {
         command.error = QStringLiteral("Incorrect source file or destination path '%1' '%2'")
-                            .arg(outputFolder, fileList);
+                            .arg(outputFolder,
+                                 QDir::toNativeSeparators(files.join(QStringLiteral("| "))));
         return command;
     }
+    // The engine reads a relative name against its own folder, not ours.
+    for (QString &path : files)
+        path = QFileInfo(path).absoluteFilePath();
 
     QStringList &arguments = command.arguments;
-    arguments << filesArgument(request, fileList, command.notes);
+    arguments << filesArgument(request, files, command.notes, &command.error);
+    if (!command.error.isEmpty()) {
+        arguments.clear();
+        return command;
+    }
     arguments << QStringLiteral("/DIR=\"") + outputFolder + QLatin1Char('"');
     arguments << QStringLiteral("/SOURCE=") + engineKey(request, request.source);
     arguments << QStringLiteral("/TARGET=") + engineKey(request, request.target);

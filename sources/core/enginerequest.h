@@ -47,6 +47,17 @@ struct EngineRequest
 #else
     bool passwordOnStdin = true;
 #endif
+    /**
+     * The list file holds one absolute path per line (each ended by a NUL
+     * byte instead when a name holds a line break), and "/F" is kept for
+     * names the engine cannot misread; otherwise the list is joined by "| "
+     * in both forms, for engines that expect it.
+     */
+#ifdef Q_OS_WIN
+    bool pathPerLine = false;
+#else
+    bool pathPerLine = true;
+#endif
 };
 
 /** The command line of one run, or why there is none. */
