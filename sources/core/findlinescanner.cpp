@@ -34,12 +34,18 @@ int countNewlines(const char *begin, const char *end)
 {
     int count = 0;
 #ifdef __SSE2__
+    // Byte counters per lane, summed before they can overflow.
     const __m128i newline = _mm_set1_epi8('\n');
+    const __m128i zero = _mm_setzero_si128();
     while (end - begin >= 16) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(begin));
-        count += __builtin_popcount(
-            static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, newline))));
-        begin += 16;
+        const ptrdiff_t blocks = std::min<ptrdiff_t>(255, (end - begin) / 16);
+        __m128i counts = zero;
+        for (ptrdiff_t i = 0; i < blocks; ++i, begin += 16) {
+            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(begin));
+            counts = _mm_sub_epi8(counts, _mm_cmpeq_epi8(bytes, newline));
+        }
+        const __m128i sums = _mm_sad_epu8(counts, zero);
+        count += _mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4);
     }
 #endif
     return count + static_cast<int>(std::count(begin, end, '\n'));

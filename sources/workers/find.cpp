@@ -322,7 +322,10 @@ void Find::complete(Run &run, int sequence, QVector<FindHit> hits)
         QVector<FindHit> ready;
         for (auto next = run.completed.find(run.nextToReport); next != run.completed.end();
              next = run.completed.find(++run.nextToReport)) {
-            ready += next->second;
+            if (ready.isEmpty())
+                ready = std::move(next->second);
+            else
+                ready += next->second;
             run.completed.erase(next);
         }
         if (ready.isEmpty()) {
@@ -334,7 +337,10 @@ void Find::complete(Run &run, int sequence, QVector<FindHit> hits)
             ++run.reportedLines;
             Q_EMIT FindFile(hit.path, hit.line, hit.text);
         }
-        run.batch += ready;
+        if (run.batch.isEmpty())
+            run.batch = std::move(ready);
+        else
+            run.batch += ready;
         if (run.batch.size() >= BatchHits || run.sinceFlush.hasExpired(BatchMilliseconds))
             flush(run);
         lock.lock();
