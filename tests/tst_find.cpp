@@ -225,6 +225,35 @@ private Q_SLOTS:
         QCOMPARE(open.first(), (QVariantList{first.at(0), first.at(1).toInt()}));
     }
 
+    // Where a hit's match lies in its line, so that opening the hit can show it.
+    void locateMatch_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("syntax");
+        QTest::addColumn<bool>("wholeWords");
+        const int fixed = QRegExp::FixedString, wild = QRegExp::Wildcard, rx = QRegExp::RegExp;
+        QTest::newRow("fixed") << "NEEDLE" << fixed << false;
+        QTest::newRow("whole word") << "needle" << fixed << true;
+        QTest::newRow("regular expression") << "ne+dle" << rx << false;
+        QTest::newRow("exact engine") << "ne\\x0065dle" << rx << false;
+        QTest::newRow("wildcard") << "n*le" << wild << false;
+    }
+
+    void locateMatch()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, syntax);
+        QFETCH(bool, wholeWords);
+        const QString line = QString(300, QLatin1Char('x')) + " needle tail";
+        m_dir->createFile("w.sql", line.toUtf8() + '\n');
+        QCOMPARE(search(m_dir->path(), "*.sql", text, static_cast<QRegExp::PatternSyntax>(syntax),
+                        false, wholeWords).size(), 1);
+        int start = -1;
+        int length = -1;
+        QVERIFY(m_script->locateMatch(line, &start, &length));
+        QCOMPARE(line.mid(start, length), QStringLiteral("needle"));
+    }
+
     void invalidPatternRunsNothing()
     {
         m_dir->createFile("a.sql", "a(b\n");
