@@ -295,6 +295,10 @@ private Q_SLOTS:
         QTest::keyClick(view, Qt::Key_Down);
         QTest::keyClick(view, Qt::Key_Up);
         QCOMPARE(view->topOffset(), pageTop);
+        // Going to a line (a find hit, a log link) shows it at the top.
+        const int lastLine = qMax(0, content.count('\n') - 1);
+        edit->goToLine(lastLine);
+        QCOMPARE(view->topOffset(), content.lastIndexOf('\n', content.size() - 2) + 1);
     }
 
     void missingFileNamed()

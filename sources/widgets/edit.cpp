@@ -815,6 +815,8 @@ bool Edit::isLineMarked(int line) const
 
 void Edit::goToLine(int line)
 {
+    if (m_largeView && line >= 0)
+        m_largeView->goToLine(line);
     if (!m_editor || line < 0 || line >= m_editor->lines())
         return;
     m_editor->setCursorPosition(line, 0);

@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QTextCodec>
 
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -125,6 +126,34 @@ void LargeFileView::setTop(qint64 offset)
 void LargeFileView::goToOffset(qint64 offset)
 {
     setTop(rowStartAtOrBefore(offset));
+}
+
+bool LargeFileView::goToLine(int line)
+{
+    // The file is read from its start, in blocks, only as far as the line.
+    constexpr qint64 BlockBytes = 1024 * 1024;
+    qint64 offset = 0;
+    int found = 0;
+    while (found < line && offset < m_size) {
+        const QByteArray block = readAt(offset, BlockBytes);
+        if (block.isEmpty())
+            return false;
+        const char *begin = block.constData();
+        const char *p = begin;
+        const char *end = begin + block.size();
+        while (found < line) {
+            const auto *nl = static_cast<const char *>(std::memchr(p, '\n', size_t(end - p)));
+            if (!nl)
+                break;
+            ++found;
+            p = nl + 1;
+        }
+        offset += found < line ? block.size() : p - begin;
+    }
+    if (found < line)
+        return false;
+    setTop(offset);
+    return true;
 }
 
 void LargeFileView::updateScrollBar()

@@ -28,6 +28,8 @@ public:
     QStringList visibleRows() const;
     /** Shows the row holding @p offset at the top. */
     void goToOffset(qint64 offset);
+    /** Shows the start of line @p line (0-based) at the top; false past the last line. */
+    bool goToLine(int line);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
