@@ -88,7 +88,10 @@ MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString
     createActions();
 
     connect(this, &MainWindow::showFindLogRequested, this, &MainWindow::showFindLog);
-    connect(m_panelManager, &PanelManager::turnWaitingMode, this, &MainWindow::turnWaitingMode);
+    connect(m_panelManager, &PanelManager::turnWaitingMode, this,
+            [this](Qt::CursorShape cursor) { setWorkBusy(CopyWork, cursor != Qt::ArrowCursor); });
+    connect(m_panelManager, &PanelManager::listingBusy, this,
+            [this](bool busy) { setWorkBusy(ListingWork, busy); });
     if (application)
         connect(application, &QApplication::focusChanged, this, &MainWindow::focusChanged);
     connect(m_ui->setFilterAction, &QAction::triggered, this, &MainWindow::ShowFilterDialog);
@@ -351,7 +354,8 @@ void MainWindow::setupSearch()
         return panel ? panel->currentPath() : QString();
     });
     connect(m_findAction, &QAction::triggered, m_findScript, &FindScript::showFindDialog);
-    connect(m_findScript, &FindScript::turnWaitingMode, this, &MainWindow::turnWaitingMode);
+    connect(m_findScript, &FindScript::turnWaitingMode, this,
+            [this](Qt::CursorShape cursor) { setWorkBusy(FindWork, cursor != Qt::ArrowCursor); });
     connect(m_findScript, &FindScript::searchStarted, this, &MainWindow::showFindLogRequested);
     connect(m_findScript, &FindScript::openFileAtLine, this,
             [this](const QString &path, int line) {
@@ -371,7 +375,9 @@ void MainWindow::setupSearch()
             });
 
     m_fileListDiff = new FileListDiff(this);
-    connect(m_fileListDiff, &FileListDiff::turnWaitingMode, this, &MainWindow::turnWaitingMode);
+    connect(m_fileListDiff, &FileListDiff::turnWaitingMode, this, [this](Qt::CursorShape cursor) {
+        setWorkBusy(CompareWork, cursor != Qt::ArrowCursor);
+    });
     m_fileListDiff->setup(m_ui->actionSelect_Different_by_Size,
                           m_ui->actionSelect_Different_by_Content, m_ui->actionShow_Selected,
                           m_panelManager->leftPanel(), m_panelManager->rightPanel());
@@ -458,11 +464,24 @@ void MainWindow::writeSettings()
 
 void MainWindow::turnWaitingMode(Qt::CursorShape cursor)
 {
-    setCursor(cursor);
-    const bool busy = cursor == Qt::BusyCursor;
-    if (busy)
+    setWorkBusy(OtherWork, cursor != Qt::ArrowCursor);
+}
+
+void MainWindow::setWorkBusy(Work work, bool busy)
+{
+    // Each work clears only its own busy state: a folder listed, or another
+    // work ending, leaves Cancel to a search or copy still running.
+    if (work == ListingWork)
+        m_listing = busy;
+    else if (busy)
+        m_busyWorks.insert(work);
+    else
+        m_busyWorks.remove(work);
+    const bool cancellable = !m_busyWorks.isEmpty();
+    setCursor(cancellable ? Qt::BusyCursor : (m_listing ? Qt::WaitCursor : Qt::ArrowCursor));
+    if (cancellable)
         m_cancelAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+K")));
-    m_cancelAction->setVisible(busy);
+    m_cancelAction->setVisible(cancellable);
 }
 
 void MainWindow::stopThread()

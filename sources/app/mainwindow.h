@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QSet>
 #include <QMap>
 #include <QProcess>
 #include <memory>
@@ -99,6 +100,10 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    /** The long works that show a busy cursor; all but the listing can be cancelled. */
+    enum Work { FindWork, CopyWork, CompareWork, OtherWork, ListingWork };
+    void setWorkBusy(Work work, bool busy);
+
     void createActions();
     void setupConversion();
     void setupEditorAndComparison();
@@ -130,6 +135,8 @@ private:
     QAction *m_encodingAction = nullptr;
     QAction *m_findAction = nullptr;
     QAction *m_copyFileAction = nullptr;
+    QSet<int> m_busyWorks;
+    bool m_listing = false;
     QAction *m_cancelAction = nullptr;
     QAction *m_exitAction = nullptr;
     QPlainTextEdit *m_commandOutput = nullptr;

@@ -67,6 +67,8 @@ Q_SIGNALS:
     void turnWaitingMode(Qt::CursorShape cursor);
     /** A copy started by copySelection() has ended and the lists are refreshed. */
     void copyFinished();
+    /** A panel's flat listing started (true) or ended; it has no Cancel of its own. */
+    void listingBusy(bool busy);
 
 public Q_SLOTS:
     void focusChanged(QWidget *old, QWidget *now);
