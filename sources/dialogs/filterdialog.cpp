@@ -1,14 +1,44 @@
 #include "filterdialog.h"
 
-#include "historylist.h"
 #include "settings.h"
 #include "ui_filterdialog.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 
 namespace {
+
 const char *const FiltersKey = "Filters";
+// The history separates masks with ";", which a mask also uses between its
+// parts; inside a stored mask that ";" is written as "|", which no file name
+// pattern needs, so every mask comes back whole.
+const QChar PartSeparator = QLatin1Char(';');
+const QChar StoredPartSeparator = QLatin1Char('|');
+
+QString historyOf(const QComboBox *combo)
+{
+    QStringList entries;
+    entries << combo->currentText().trimmed();
+    for (int i = 0; i < qMin(combo->count(), 15); ++i) {
+        const QString item = combo->itemText(i).trimmed();
+        if (!entries.contains(item))
+            entries << item;
+    }
+    QString stored;
+    for (QString entry : qAsConst(entries))
+        stored += PartSeparator + entry.replace(PartSeparator, StoredPartSeparator);
+    return stored;
 }
+
+QStringList masksOf(const QString &stored)
+{
+    QStringList masks = stored.split(PartSeparator, Qt::SkipEmptyParts);
+    for (QString &mask : masks)
+        mask.replace(StoredPartSeparator, PartSeparator);
+    return masks;
+}
+
+} // namespace
 
 FilterDialog::FilterDialog(QWidget *parent)
     : QDialog(parent)
@@ -22,7 +52,7 @@ FilterDialog::FilterDialog(QWidget *parent)
     const QString stored = Settings::readMainWindowValue(settings, QLatin1String(FiltersKey),
                                                          QStringLiteral("*.*"))
                                .toString();
-    HistoryList::read(m_ui->comboBox, stored);
+    m_ui->comboBox->addItems(masksOf(stored));
     if (m_ui->comboBox->count() == 0)
         m_ui->comboBox->addItem(QStringLiteral("*.*"));
     m_ui->comboBox->setCurrentIndex(0);
@@ -45,6 +75,6 @@ void FilterDialog::accept()
 {
     Settings settings;
     Settings::writeMainWindowValue(settings, QLatin1String(FiltersKey),
-                                   HistoryList::write(m_ui->comboBox));
+                                   historyOf(m_ui->comboBox));
     QDialog::accept();
 }
