@@ -203,6 +203,7 @@ private Q_SLOTS:
         QTest::newRow("onto an existing folder") << "a.sql" << "sub" << "a.sql" << "a" << "sql";
         QTest::newRow("with a slash") << "a.sql" << "sub/a.sql" << "a.sql" << "a" << "sql";
         QTest::newRow("parent row opens no editor") << ".." << "" << "" << ".." << "";
+        QTest::newRow("trailing dot, nothing typed") << "foo." << "foo." << "foo." << "foo" << "";
     }
 
     void rename()
@@ -211,6 +212,10 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         QFETCH(QString, onDisk);
         TreeWidget *tree = m_view->treeWidget();
+        if (from == "foo.") {
+            m_dir->createFile(from);
+            m_view->updateFileView();
+        }
         const qint64 size = QFileInfo(path(from)).size();
         QSignalSpy refreshes(m_view, &FileSystemView::changeIcon);
         const int item = from == ".." ? 0 : row(from);
@@ -233,6 +238,138 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo(path(onDisk)).size(), size);
         QCOMPARE(QFileInfo(path("b.txt")).size(), from == "b.txt" ? 0 : 24);
         QCOMPARE(refreshes.count(), 0);
+    }
+
+    // The watcher's refreshes add, update and remove rows in place: the
+    // cursor and the marks stay, a burst is shown while it lasts, and files
+    // rewritten in place (no folder event) get their new size.
+    void liveRefresh()
+    {
+        TreeWidget *tree = m_view->treeWidget();
+        setCurrent("b.txt");
+        tree->selectRowNumbers({row("a.sql"), row("b.txt")});
+        tree->setMarking(true);
+        int created = 0;
+        QTimer burst;
+        burst.setInterval(50);
+        connect(&burst, &QTimer::timeout, [&] { m_dir->createFile(QStringLiteral("n%1.sql").arg(created++)); });
+        burst.start();
+        // Rows arrive while the burst goes on, not only after it.
+        QTRY_VERIFY(row("n0.sql") >= 0);
+        QVERIFY(burst.isActive());
+        QTRY_VERIFY(created >= 20);
+        burst.stop();
+        QTRY_VERIFY(row(QStringLiteral("n%1.sql").arg(created - 1)) >= 0);
+        QCOMPARE(currentName(), QStringLiteral("b"));
+        QCOMPARE(m_view->selectedPaths(), QStringList({path("a.sql"), path("b.txt")}));
+
+        QVERIFY(QFile::remove(path("n0.sql")));
+        QTRY_VERIFY(row("n0.sql") < 0);
+        {
+            QFile rewritten(path("b.txt"));
+            QVERIFY(rewritten.open(QIODevice::WriteOnly | QIODevice::Append));
+            rewritten.write(QByteArray(5000, 'x'));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(m_view->model()->rowAt(row("b.txt")).bytes, qint64(5024), 6000);
+        QCOMPARE(currentName(), QStringLiteral("b"));
+    }
+
+    void cursorPlacement()
+    {
+        TreeWidget *tree = m_view->treeWidget();
+        tree->setFocus();
+        // Going up puts the cursor on the folder just left.
+        setCurrent("sub");
+        QTest::keyClick(tree, Qt::Key_Return);
+        QTest::keyClick(tree, Qt::Key_Return);
+        QCOMPARE(m_view->currentPath(), m_dir->path());
+        QCOMPARE(currentName(), QStringLiteral("sub"));
+        // A removal leaves the cursor on the next row that stays.
+        setCurrent("a.sql");
+        m_view->removeSelection();
+        QCOMPARE(currentName(), QStringLiteral("b"));
+        setCurrent("b.txt");
+        m_view->removeSelection();
+        QCOMPARE(currentName(), QStringLiteral("sub"));
+    }
+
+    // Insert, Shift+arrows and Ctrl+click mark rows that stay marked while the
+    // cursor moves; a plain click selects the one row clicked.
+    void marks()
+    {
+        m_dir->createFile("c.sql");
+        m_dir->createFile("d.txt");
+        m_view->updateFileView();
+        TreeWidget *tree = m_view->treeWidget();
+        tree->setFocus();
+        setCurrent("a.sql");
+        QTest::keyClick(tree, Qt::Key_Insert);
+        QTest::keyClick(tree, Qt::Key_Insert);   // b.txt
+        QTest::keyClick(tree, Qt::Key_Down);     // d.txt... past c.sql
+        QTest::keyClick(tree, Qt::Key_Up);
+        QTest::keyClick(tree, Qt::Key_Home);
+        QCOMPARE(m_view->selectedPaths(), QStringList({path("a.sql"), path("b.txt")}));
+        QCOMPARE(currentName(), QStringLiteral(".."));
+        setCurrent("c.sql");
+        QTest::keyClick(tree, Qt::Key_Down, Qt::ShiftModifier);
+        QTest::keyClick(tree, Qt::Key_Down);
+        QCOMPARE(m_view->selectedFiles(),
+                 QStringList({path("a.sql"), path("b.txt"), path("c.sql"), path("d.txt")}));
+        // The keypad: - unselects by pattern, * turns the selection around.
+        m_view->setPatternPrompt([](const QString &title, QString &pattern) {
+            pattern = title == "Unselect" ? "*.txt" : "a*";
+            return true;
+        });
+        QTest::keyClick(tree, Qt::Key_Minus, Qt::KeypadModifier);
+        QCOMPARE(m_view->selectedFiles(), QStringList({path("a.sql"), path("c.sql")}));
+        QTest::keyClick(tree, Qt::Key_Asterisk, Qt::KeypadModifier);
+        QCOMPARE(m_view->selectedFiles(), QStringList({path("b.txt"), path("d.txt")}));
+        QTest::keyClick(tree, Qt::Key_Plus, Qt::KeypadModifier);
+        QCOMPARE(m_view->selectedFiles().size(), 3);
+        // A plain click selects the row clicked, and only it.
+        const QRect rect = tree->visualRect(m_view->model()->index(row("c.sql"), 0));
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
+        QCOMPARE(m_view->selectedPaths(), QStringList({path("c.sql")}));
+        QTest::keyClick(tree, Qt::Key_Down);
+        QCOMPARE(m_view->selectedPaths(), QStringList({path("d.txt")}));
+    }
+
+    void quickSearchAndHiddenFiles()
+    {
+        m_dir->createFile(".hidden.sql");
+        m_dir->createFile("bravo.sql");
+        m_view->updateFileView();
+        TreeWidget *tree = m_view->treeWidget();
+        tree->setFocus();
+        QTest::keyClicks(tree, "br");
+        QCOMPARE(currentName(), QStringLiteral("bravo"));
+        QTest::qWait(QApplication::keyboardInputInterval() + 50);
+        QTest::keyClicks(tree, "S");
+        QCOMPARE(currentName(), QStringLiteral("sub"));
+        QVERIFY(row(".hidden.sql") < 0);
+        QTest::keyClick(tree, Qt::Key_H, Qt::ControlModifier);
+        QVERIFY(row(".hidden.sql") >= 0);
+        QCOMPARE(currentName(), QStringLiteral("sub"));
+        QTest::keyClick(tree, Qt::Key_H, Qt::ControlModifier);
+        QVERIFY(row(".hidden.sql") < 0);
+    }
+
+    // Names that are not valid UTF-8 are listed, shown with replacement
+    // characters, and every operation acts on the real file.
+    void namesNotValidUtf8()
+    {
+        const QString raw = QFile::decodeName(QByteArray("caf\xe9.sql"));
+        const QString lookalike = QStringLiteral("caf\uFFFD.sql");
+        m_dir->createFile(raw, "raw");
+        m_dir->createFile(lookalike, "look-alike");
+        m_view->updateFileView();
+        QVERIFY(row(raw) >= 0);
+        QVERIFY(row(lookalike) >= 0);
+        QCOMPARE(text(row(raw), 0), QStringLiteral("caf\uFFFD"));
+        selectOnly({raw});
+        m_view->removeSelection();
+        QVERIFY(!QFileInfo::exists(path(raw)));
+        QVERIFY(QFileInfo::exists(path(lookalike)));
     }
 
     void badFolders_data()

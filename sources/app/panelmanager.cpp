@@ -45,6 +45,9 @@ PanelManager::PanelManager(Ui::MainWindow *ui, QMainWindow *window, Conversion *
     const QStringList drives = m_left->fileSystemView()->drivePath().drives();
     for (QComboBox *combo : {ui->leftDriveCombo, ui->rightDriveCombo}) {
         combo->clear();
+        // Long mount points must not squeeze the path beside the combo box.
+        combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        combo->setMinimumContentsLength(8);
         for (const QString &drive : drives)
             combo->addItem(QDir::toNativeSeparators(drive));
     }
@@ -330,12 +333,12 @@ void PanelManager::showFlatListView()
 
 void PanelManager::changeCursorBusy()
 {
-    Q_EMIT turnWaitingMode(Qt::WaitCursor);
+    Q_EMIT listingBusy(true);
 }
 
 void PanelManager::changeCursorArray()
 {
-    Q_EMIT turnWaitingMode(Qt::ArrowCursor);
+    Q_EMIT listingBusy(false);
 }
 
 void PanelManager::changeLeftPath(const QString &)

@@ -481,6 +481,11 @@ bool FileSystemView::eventFilter(QObject *watched, QEvent *event)
             proceedDoubleClick(model()->index(selected.first(), 0));
         return true;
     }
+    case Qt::Key_Insert:
+        if (keyEvent->modifiers() != Qt::NoModifier)
+            break;
+        m_tree->toggleMarkAndAdvance();
+        return true;
     case Qt::Key_Plus:
     case Qt::Key_Minus:
         if (!keypad)

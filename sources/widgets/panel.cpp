@@ -45,7 +45,9 @@ Panel::Panel(QBoxLayout *layout, QWidget *parentWidget, QStatusBar *statusBar, Q
     if (m_pathLabel) {
         // The label takes the width the layout gives it, never the path's.
         m_pathLabel->setMinimumWidth(1);
-        m_pathLabel->setSizePolicy(QSizePolicy::Ignored, m_pathLabel->sizePolicy().verticalPolicy());
+        QSizePolicy policy(QSizePolicy::Expanding, m_pathLabel->sizePolicy().verticalPolicy());
+        policy.setHorizontalStretch(1);
+        m_pathLabel->setSizePolicy(policy);
         m_pathLabel->installEventFilter(this);
     }
 
@@ -152,11 +154,6 @@ bool Panel::handleKey(QKeyEvent *event)
         if (isEditing() || event->modifiers() != Qt::NoModifier)
             return false;
         Q_EMIT removeRequested();
-        return true;
-    case Qt::Key_Insert:
-        if (isEditing())
-            return false;
-        m_view->treeWidget()->toggleMarkAndAdvance();
         return true;
     default:
         return false;

@@ -48,7 +48,7 @@ public:
 
     /**
      * The panel's own keys: Escape, F3 view, F4 edit, F7 make folder, F8 or
-     * Delete remove, Insert select. Returns true when the key was consumed.
+     * Delete remove. Returns true when the key was consumed.
      */
     bool handleKey(QKeyEvent *event);
 
