@@ -196,15 +196,17 @@ QString FileCopier::temporaryName(const QString &folder)
                         .arg(++m_temporaryCounter);
 }
 
-bool FileCopier::copyEntry(const Entry &entry, QString &target)
+bool FileCopier::copyEntry(const Entry &entry, QString &target, bool inNewFolder)
 {
     if (entry.kind == Other) {
         fail(entry.source, notCopiedReason());
         return false;
     }
     bool replace = false;
-    const QFileInfo existing(target);
-    if (existsOrDangles(existing)) {
+    // A folder this copy made holds no other names; should one appear all the
+    // same, the final rename still refuses to replace it.
+    const QFileInfo existing = inNewFolder ? QFileInfo() : QFileInfo(target);
+    if (!inNewFolder && existsOrDangles(existing)) {
         const bool existingFolder = existing.isDir() && !existing.isSymLink();
         const bool itself = !existing.isSymLink()
             && existing.canonicalFilePath() == QFileInfo(entry.source).canonicalFilePath();
@@ -245,6 +247,7 @@ bool FileCopier::copyEntry(const Entry &entry, QString &target)
             return false;
         }
         ++m_summary.copied;
+        m_made[m_current] = true;
         return true;
     case File:
         return copyFile(entry, target, replace);
@@ -409,7 +412,9 @@ void FileCopier::run()
     reportProgress(QString(), true);
 
     m_targets.resize(m_entries.size());
+    m_made.fill(false, m_entries.size());
     for (int i = 0; i < m_entries.size() && !m_stop.load(); ++i) {
+        m_current = i;
         const Entry &entry = m_entries.at(i);
         QString target = entry.name;
         if (entry.parent >= 0) {
@@ -420,7 +425,7 @@ void FileCopier::run()
             target = folder + QLatin1Char('/') + entry.name;
         }
         const qint64 bytesBefore = m_bytesDone;
-        if (copyEntry(entry, target))
+        if (copyEntry(entry, target, entry.parent >= 0 && m_made.at(entry.parent)))
             m_targets[i] = target;
         if (entry.kind != Folder) {
             ++m_filesDone;

@@ -80,7 +80,7 @@ private:
     };
 
     void scan(const QString &source, const QString &name, int parent);
-    bool copyEntry(const Entry &entry, QString &target);
+    bool copyEntry(const Entry &entry, QString &target, bool inNewFolder);
     Choice resolve(const QString &source, const QString &target);
     bool copyFile(const Entry &entry, const QString &target, bool replace);
     bool copyLink(const Entry &entry, const QString &target, bool replace);
@@ -92,6 +92,8 @@ private:
     QVector<Job> m_jobs;
     QVector<Entry> m_entries;
     QVector<QString> m_targets;   // resolved target per entry; empty when not made
+    QVector<bool> m_made;         // folders made by this copy, so empty before it
+    int m_current = 0;
     QByteArray m_buffer;
     Summary m_summary;
     int m_filesTotal = 0;
