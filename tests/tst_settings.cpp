@@ -36,11 +36,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("version");
         QTest::addColumn<QString>("documents");
-        QTest::newRow("Windows 7") << int(QSysInfo::WV_WINDOWS7) << "My Documents";
-        QTest::newRow("Windows 8") << int(QSysInfo::WV_WINDOWS8) << "Documents";
-        QTest::newRow("Windows 8.1") << int(QSysInfo::WV_WINDOWS8_1) << "My Documents";
-        QTest::newRow("Windows 10") << int(QSysInfo::WV_WINDOWS10) << "My Documents";
-        QTest::newRow("not Windows") << int(QSysInfo::WV_None) << "My Documents";
+        QTest::newRow("Windows 7") << 0x0090 << "My Documents";
+        QTest::newRow("Windows 8") << WorkingFolder::Windows8 << "Documents";
+        QTest::newRow("Windows 8.1") << 0x00b0 << "My Documents";
+        QTest::newRow("Windows 10") << 0x00c0 << "My Documents";
+        QTest::newRow("not Windows") << 0 << "My Documents";
     }
     void windowsWorkingFolder()
     {

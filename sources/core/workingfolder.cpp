@@ -3,15 +3,15 @@
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
-#include <QSysInfo>
+#include <QOperatingSystemVersion>
 
 namespace WorkingFolder {
 
 QString forWindows(const QString &homePath, int windowsVersion)
 {
     QString folder = homePath;
-    folder += windowsVersion == QSysInfo::WV_WINDOWS8 ? QStringLiteral("/Documents")
-                                                      : QStringLiteral("/My Documents");
+    folder += windowsVersion == Windows8 ? QStringLiteral("/Documents")
+                                         : QStringLiteral("/My Documents");
     folder += QStringLiteral("/Quillon/Morvane 6.0/");
     return QDir::toNativeSeparators(folder);
 }
@@ -24,10 +24,9 @@ QString forDocuments(const QString &documentsPath)
 QString path()
 {
 #ifdef Q_OS_WIN
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
-    return forWindows(QDir::homePath(), QSysInfo::windowsVersion());
-    QT_WARNING_POP
+    const QOperatingSystemVersion os = QOperatingSystemVersion::current();
+    const bool eight = os.majorVersion() == 6 && os.minorVersion() == 2;
+    return forWindows(QDir::homePath(), eight ? Windows8 : 0);
 #else
     return forDocuments(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
 #endif

@@ -8,6 +8,9 @@
  */
 namespace WorkingFolder {
 
+/** Windows version codes as QSysInfo::WinVersion numbered them (Windows 7 is 0x0090). */
+constexpr int Windows8 = 0x00a0;
+
 /** The Windows rule: only the exact Windows 8 value gives "/Documents". */
 QString forWindows(const QString &homePath, int windowsVersion);
 /** The rule elsewhere: the documents folder plus the product's sub-folder. */
