@@ -39,7 +39,7 @@ bool StopConversion::stop(QProcess *process, QString *error)
     const bool sent = m_eventSender.Send(error);
     // Unsent, the engine cannot know: the question comes at once.
     if (isActive(process))
-        m_timer.start(sent ? StopTimeout : 0);
+        m_timer.start(sent ? m_stopTimeout : 0);
     return sent;
 }
 

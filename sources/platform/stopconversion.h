@@ -42,6 +42,8 @@ public:
     EventSender &eventSender() { return m_eventSender; }
     bool isWaiting() const { return m_timer.isActive(); }
     static constexpr int StopTimeout = 3000;
+    /** How long the engine gets to stop before the question; tests shorten it. */
+    void setStopTimeout(int msecs) { m_stopTimeout = msecs; }
 
 Q_SIGNALS:
     void showTerminateDialog();
@@ -53,4 +55,5 @@ private:
     EventSender m_eventSender;
     QTimer m_timer;
     QPointer<QProcess> m_process;
+    int m_stopTimeout = StopTimeout;
 };
