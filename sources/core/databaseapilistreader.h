@@ -8,6 +8,4 @@ class DatabaseAPIListReader : public Reader
 public:
     DatabaseAPIListReader();
 
-private:
-    QStringList m_unused;
 };
