@@ -8,10 +8,6 @@
 
 namespace {
 
-// The debug traces are part of the contract, and CTest switches debug output off:
-// turn it back on before the application reads its logging rules.
-const bool debugOutputOn = qputenv("QT_LOGGING_RULES", "*.debug=true;navarch.comparator.debug=false");
-
 // The comparison as a plain int table, to hold the bit rows to.
 struct Reference
 {
@@ -192,6 +188,8 @@ void TestFileComparator::getDiffBounds()
 void TestFileComparator::invalidPart()
 {
     FileComparator c;
+    // The debug traces are part of the contract; their category is off by default.
+    QLoggingCategory::setFilterRules(QStringLiteral("navarch.comparator.debug=true"));
     QTest::ignoreMessage(QtDebugMsg, "AddLine error part");
     c.addLine(QStringLiteral("a"), 0, static_cast<Part>(2));
     QTest::ignoreMessage(QtDebugMsg, "GetDiff error part");
@@ -200,6 +198,7 @@ void TestFileComparator::invalidPart()
     QCOMPARE(c.getDiff(static_cast<Part>(-1), 0), -1);
     QVERIFY(c.compare());
     QCOMPARE(c.getDiffCount(LeftPart), 0); // the line with the bad part was dropped
+    QLoggingCategory::setFilterRules(QString());
 }
 
 void TestFileComparator::bitRowsMatchPlainTable_data()

@@ -2,6 +2,7 @@
 
 #include "filesystemview.h"
 #include "foldercomparisonworker.h"
+#include "logging.h"
 #include "panel.h"
 
 #include <QAction>
@@ -140,7 +141,7 @@ void FileListDiff::toggleUnselected()
 
 void FileListDiff::compareBy(COMPARE_CRITERIA criteria)
 {
-    qDebug() << "**************** MainWindow::CompareBy ************************";
+    qCDebug(lcDiff) << "**************** MainWindow::CompareBy ************************";
     const bool firstIsActive = m_firstPanel->isActive();
     Panel *first = firstIsActive ? m_firstPanel : m_secondPanel;
     Panel *second = firstIsActive ? m_secondPanel : m_firstPanel;
@@ -165,12 +166,12 @@ void FileListDiff::showDifferences(const FolderDifferences &differences)
     Q_EMIT turnWaitingMode(Qt::ArrowCursor);
     m_last = differences;
     if (m_firstView && m_secondView) {
-        qDebug() << "Different files: " << m_last.different.size();
+        qCDebug(lcDiff) << "Different files: " << m_last.different.size();
         m_firstView->markFiles(m_last.different, FileSystemView::DifferentMark);
         m_secondView->markFiles(m_last.different, FileSystemView::DifferentMark);
-        qDebug() << "Absent files: " << m_last.onlyInFirst;
+        qCDebug(lcDiff) << "Absent files: " << m_last.onlyInFirst;
         m_firstView->markFiles(m_last.onlyInFirst, FileSystemView::AbsentMark);
-        qDebug() << "Absent files: " << m_last.onlyInSecond;
+        qCDebug(lcDiff) << "Absent files: " << m_last.onlyInSecond;
         m_secondView->markFiles(m_last.onlyInSecond, FileSystemView::AbsentMark);
         setMarked(m_firstView);
         setMarked(m_secondView);

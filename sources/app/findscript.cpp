@@ -2,6 +2,7 @@
 
 #include "filenamecodec.h"
 #include "finddialog.h"
+#include "logging.h"
 #include "recentfolderstorage.h"
 
 #include <QDebug>
@@ -73,15 +74,15 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
                                   bool caseSensitive, bool wholeWords)
 {
     const QString masks = masksOfEntry(maskText);
-    qDebug() << "******     Command find ****** ";
-    qDebug() << folderText << masks << findText << syntax << caseSensitive << wholeWords;
-    qDebug() << "****************************** ";
+    qCDebug(lcFind) << "******     Command find ****** ";
+    qCDebug(lcFind) << folderText << masks << findText << syntax << caseSensitive << wholeWords;
+    qCDebug(lcFind) << "****************************** ";
 
     if (!findText.isEmpty()) {
         const QRegExp check(Find::searchPattern(findText, wholeWords),
                             caseSensitive ? Qt::CaseSensitive : Qt::CaseInsensitive, syntax);
         if (!check.isValid()) {
-            qDebug() << "FindScript: invalid pattern" << check.errorString();
+            qCDebug(lcFind) << "FindScript: invalid pattern" << check.errorString();
             return false;
         }
     }
@@ -199,7 +200,7 @@ void FindScript::showFindDialog()
         return;
     if (isSearching()) {
         // One search at a time: the running one goes on.
-        qDebug() << "FindScript: a search is running; request ignored";
+        qCDebug(lcFind) << "FindScript: a search is running; request ignored";
         return;
     }
     m_tree->clear();

@@ -1,5 +1,6 @@
 #include "encodings.h"
 
+#include "logging.h"
 #include "textcodec.h"
 
 #include <QDebug>
@@ -31,7 +32,7 @@ QString identifyEncoding(const QString path)
         return QString();
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        qDebug() << Q_FUNC_INFO << __FILE__ << __LINE__ << file.errorString();
+        qCDebug(lcEncodings) << Q_FUNC_INFO << __FILE__ << __LINE__ << file.errorString();
         return QLatin1String("");
     }
     // A file that starts with the mark FF FE alone is left to the content test below.
@@ -127,7 +128,7 @@ void createEncodedCopyFile(QString source, QString target, QString sourceEncodin
 {
     QFile in(source);
     if (!in.open(QIODevice::ReadOnly)) {
-        qDebug() << Q_FUNC_INFO << __FILE__ << __LINE__ << in.errorString();
+        qCDebug(lcEncodings) << Q_FUNC_INFO << __FILE__ << __LINE__ << in.errorString();
         return;
     }
     QTextStream reader(&in);

@@ -1,8 +1,9 @@
 #include "filecomparator.h"
 
+#include "logging.h"
+
 #include <QDebug>
 #include <QFile>
-#include <QLoggingCategory>
 #include <QVarLengthArray>
 
 #include <array>
@@ -12,8 +13,6 @@
 #include <limits>
 #include <memory>
 #include <new>
-
-Q_LOGGING_CATEGORY(lcComparator, "navarch.comparator")
 
 namespace {
 
@@ -321,7 +320,7 @@ void FileComparator::addLine(const QString &text, int number, Part part)
         m_rightLines.append(line);
         break;
     default:
-        qDebug() << "AddLine error part";
+        qCDebug(lcComparator) << "AddLine error part";
         break;
     }
 }
@@ -438,7 +437,7 @@ int FileComparator::getDiffCount(Part part) const
     case RightPart:
         return m_rightDiff.size();
     default:
-        qDebug() << "GetDiff error part";
+        qCDebug(lcComparator) << "GetDiff error part";
         return -1;
     }
 }
@@ -454,7 +453,7 @@ int FileComparator::getDiff(Part part, const int &index) const
         list = &m_rightDiff;
         break;
     default:
-        qDebug() << "GetDiff error part";
+        qCDebug(lcComparator) << "GetDiff error part";
         return -1;
     }
     if (index < 0 || index >= list->size())

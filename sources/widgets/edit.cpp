@@ -1,6 +1,7 @@
 #include "edit.h"
 
 #include "largefileview.h"
+#include "logging.h"
 #include "textcodec.h"
 
 #include <Qsci/qscilexerbash.h>
@@ -922,7 +923,7 @@ bool Edit::hasFocus() const
 
 void Edit::setSearchMode(bool on)
 {
-    qDebug() << "SetSearchMode" << on;
+    qCDebug(lcEditor) << "SetSearchMode" << on;
     if (m_findAction)
         m_findAction->setEnabled(on);
     if (m_findNextAction)

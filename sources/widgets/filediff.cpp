@@ -1,4 +1,6 @@
 #include "filediff.h"
+
+#include "logging.h"
 #include "panel.h"
 #include "settings.h"
 
@@ -224,7 +226,7 @@ void FileDiff::markDifferences(Panel *panel, int part)
     for (int index = 0; index < count; ++index) {
         const int line = m_comparator->getDiff(side, index);
         if (line >= 0) {
-            qDebug() << "Diff" << line;
+            qCDebug(lcDiff) << "Diff" << line;
             edit->markLine(line);
         }
     }
@@ -393,7 +395,7 @@ void FileDiff::stepTo(int hunk)
     if (hunk < 0 || hunk >= m_hunks.size())
         return;
     const DiffHunk &h = m_hunks.at(hunk);
-    qDebug() << "Diff" << h.leftStart << h.rightStart << "Index" << hunk << "Count diff"
+    qCDebug(lcDiff) << "Diff" << h.leftStart << h.rightStart << "Index" << hunk << "Count diff"
              << m_hunks.size();
     // The row where the hunk begins, shown a little below the top of both sides.
     int row = 0;

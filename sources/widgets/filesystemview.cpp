@@ -6,6 +6,7 @@
 #include "fullfileview.h"
 #include "itemeditdelegate.h"
 #include "listingworker.h"
+#include "logging.h"
 #include "treewidget.h"
 
 #include <QBoxLayout>
@@ -142,9 +143,9 @@ bool FileSystemView::changePath(const QString &path)
     QString target = currentPath();
     if (!path.isEmpty()) {
         const QString clean = DrivePath::normalize(path);
-        qDebug() << "FileSystemView::DiskName" << m_path.driveOf(clean);
+        qCDebug(lcFiles) << "FileSystemView::DiskName" << m_path.driveOf(clean);
         target = QFileInfo(m_path.resolve(clean)).absoluteFilePath();
-        qDebug() << "FileSystemView::Path" << target;
+        qCDebug(lcFiles) << "FileSystemView::Path" << target;
     }
     QString reason;
     if (!canOpen(target, &reason)) {
@@ -408,7 +409,7 @@ void FileSystemView::proceedDoubleClick(const QModelIndex &index)
     if (!index.isValid() || !m_tree)
         return;
     const FileRow row = model()->rowAt(index.row());
-    qDebug() << "DoubleClicked" << row.name;
+    qCDebug(lcFiles) << "DoubleClicked" << row.name;
     if (row.kind == FileRow::Parent)
         showFolderEx(FileView::parentName());
     else if (row.kind == FileRow::Folder)
@@ -435,7 +436,7 @@ void FileSystemView::showFolderEx(const QString &rootFolder, const QString &path
         Q_EMIT changeFolder(target);
     } else {
         target = m_path.parentPath();
-        qDebug() << "************" << target;
+        qCDebug(lcFiles) << "************" << target;
         if (target == currentPath())
             return;
         // The cursor goes back to the folder just left.
@@ -706,7 +707,7 @@ void FileSystemView::markFiles(const QStringList &fileNames, FileMark mark)
 
 void FileSystemView::hideUnmarkedFiles()
 {
-    qDebug() << "FileSystemView::HideNotSelectedFiles";
+    qCDebug(lcFiles) << "FileSystemView::HideNotSelectedFiles";
     if (!m_tree)
         return;
     const FileListModel *rows = model();

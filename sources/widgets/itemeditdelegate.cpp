@@ -2,6 +2,7 @@
 
 #include "filelistmodel.h"
 #include "filesystemview.h"
+#include "logging.h"
 
 #include <QDebug>
 #include <QLineEdit>
@@ -41,8 +42,8 @@ void ItemEditDelegate::setModelData(QWidget *editor, QAbstractItemModel *,
     auto *lineEdit = qobject_cast<QLineEdit *>(editor);
     if (!lineEdit || !index.isValid())
         return;
-    qDebug() << "Previous fileName " << m_view->model()->rowAt(index.row()).fileName();
-    qDebug() << "New fileName " << lineEdit->text();
+    qCDebug(lcFiles) << "Previous fileName " << m_view->model()->rowAt(index.row()).fileName();
+    qCDebug(lcFiles) << "New fileName " << lineEdit->text();
     // A refused rename leaves the row as it was; the user sees the old name.
     m_view->renameRow(index.row(), lineEdit->text());
 }

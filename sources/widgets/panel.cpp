@@ -1,4 +1,6 @@
 #include "panel.h"
+
+#include "logging.h"
 #include "filecomparator.h"
 #include "settings.h"
 
@@ -320,7 +322,7 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
     QString path = absoluteFilePath;
     if (QFileInfo(path).isRelative() && !currentPath().isEmpty())
         path = QDir(currentPath()).filePath(path);
-    qDebug() << "absolute file path" << path;
+    qCDebug(lcFiles) << "absolute file path" << path;
     // A new file replaces the open one in place: the panel stays in the editing state.
     const bool replacing = m_edit != nullptr;
     if (m_edit) {

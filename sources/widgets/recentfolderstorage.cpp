@@ -1,6 +1,7 @@
 #include "recentfolderstorage.h"
 
 #include "folder.h"
+#include "logging.h"
 
 #include <QDebug>
 #include <QMenu>
@@ -70,7 +71,7 @@ void RecentFolderStorage::readSettings(QSettings &settings)
     });
     for (const QString &key : qAsConst(keys)) {
         const QString path = settings.value(key, QString()).toString();
-        qDebug() << path;
+        qCDebug(lcFiles) << path;
         if (!path.isEmpty())
             addFolder(path);
     }
@@ -95,6 +96,6 @@ void RecentFolderStorage::fillMenu(QMenu *menu) const
 
 void RecentFolderStorage::changeRootFolderEx(const QString &folder)
 {
-    qDebug() << "edc" << folder;
+    qCDebug(lcFiles) << "edc" << folder;
     Q_EMIT changeRootFolder(folder);
 }

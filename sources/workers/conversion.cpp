@@ -4,6 +4,7 @@
 #include "enginelocator.h"
 #include "engineprocess.h"
 #include "enginesuspender.h"
+#include "logging.h"
 #include "reader.h"
 #include "stopconversion.h"
 #include "workingfolder.h"
@@ -44,7 +45,7 @@ Conversion::Conversion(QObject *parent)
     m_request.ddlFolder = WorkingFolder::path();
     m_request.copyFolder = WorkingFolder::path() + QStringLiteral("Encoded");
     m_request.listFile = WorkingFolder::path() + QStringLiteral("ffile.txt");
-    qDebug() << "Conversion::Conversion" << QThread::currentThread();
+    qCDebug(lcConversion) << "Conversion::Conversion" << QThread::currentThread();
 
     // Error messages of the engine belong in the log as much as its output.
     m_process->setProcessChannelMode(QProcess::MergedChannels);
@@ -190,7 +191,7 @@ bool Conversion::start()
     const QString program = resolvedProgram(&reason);
     m_lastArguments = command.arguments;
     m_displayLine = command.displayLine;
-    qDebug() << "Command line:" << m_displayLine;
+    qCDebug(lcConversion) << "Command line:" << m_displayLine;
     m_output.appendText(logBytes(m_displayLine) + '\n');
     Q_EMIT standardOutputChanged();
     for (const QString &note : command.notes)
@@ -273,7 +274,7 @@ void Conversion::suspend(bool suspend)
 void Conversion::terminate()
 {
     m_stopper->kill(m_process);
-    qDebug() << "Terminated";
+    qCDebug(lcConversion) << "Terminated";
 }
 
 void Conversion::readStandardOutput()

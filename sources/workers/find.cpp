@@ -1,6 +1,7 @@
 #include "find.h"
 
 #include "filenamecodec.h"
+#include "logging.h"
 
 #include <QDebug>
 #include <QDir>
@@ -183,7 +184,7 @@ void Find::stopFindThread()
 {
     if (!isRunning())
         return;
-    qDebug() << "Find::StopFindThread()";
+    qCDebug(lcFind) << "Find::StopFindThread()";
     {
         std::lock_guard<std::mutex> lock(m_run->mutex);
         m_run->stop = true;
@@ -214,7 +215,7 @@ void Find::start()
                                                      m_caseSensitive ? Qt::CaseSensitive
                                                                      : Qt::CaseInsensitive);
         if (!run->pattern->isValid())
-            qDebug() << "Find: invalid pattern" << m_findText;
+            qCDebug(lcFind) << "Find: invalid pattern" << m_findText;
     }
     run->sinceFlush.start();
     m_run = run;
