@@ -433,6 +433,25 @@ private Q_SLOTS:
         QCOMPARE(paths.count(), 1);
     }
 
+    // Marks given while a flat list is still being filled reach the rows
+    // that arrive later; a new listing keeps the selection by path.
+    void flatMarksAndSelection()
+    {
+        for (int i = 0; i < 300; ++i)
+            m_dir->createFile(QStringLiteral("deep/d%1/f.sql").arg(i));
+        m_view->setFlatList(true);
+        m_view->markFiles({"a.sql", "sub/inner.sql", "deep/d299/f.sql"}, FileSystemView::DifferentMark);
+        QTRY_VERIFY(!m_view->isListing());
+        const FileListModel *model = m_view->model();
+        for (const char *name : {"a.sql", "sub/inner.sql", "deep/d299/f.sql"})
+            QCOMPARE(int(model->rowAt(row(QLatin1String(name))).mark), int(FileRow::DifferentMark));
+        QCOMPARE(int(model->rowAt(row("b.txt")).mark), int(FileRow::NoMark));
+        m_view->setFlatList(false);
+        selectOnly({"a.sql", "b.txt"});
+        m_view->setMask("*.*");
+        QCOMPARE(m_view->selectedPaths(), QStringList({path("a.sql"), path("b.txt")}));
+    }
+
     void driveMemory()
     {
         TestDir drive;
