@@ -71,6 +71,13 @@ void TestFlatFileView::listsFilesOfAllFolders()
     QCOMPARE(listing(dir.path(), true, &tree),
              QStringList({"a/b|two.tar|gz", "a|one|txt", "|..|", "|top|sql"}));
     QCOMPARE(tree.model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("Directory"));
+    // A cut Directory keeps its distinctive end in view and shows whole as a tip.
+    QCOMPARE(tree.textElideMode(), Qt::ElideMiddle);
+    const QModelIndexList deep = tree.model()->match(tree.model()->index(0, 1), Qt::DisplayRole,
+                                                     QStringLiteral("two.tar"));
+    QCOMPARE(deep.size(), 1);
+    QCOMPARE(deep.first().siblingAtColumn(0).data(Qt::ToolTipRole).toString(),
+             QStringLiteral("a/b"));
     // Flat rows are not renamed in place.
     QVERIFY(!(tree.model()->index(0, 1).flags() & Qt::ItemIsEditable));
     QCOMPARE(listing(dir.path(), false), QStringList({"a/b|two.tar|gz", "a|one|txt", "|top|sql"}));

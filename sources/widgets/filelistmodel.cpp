@@ -126,6 +126,11 @@ QVariant FileListModel::data(const QModelIndex &index, int role) const
                                          m_usTime);
         }
         return displayName(row.directory);
+    case Qt::ToolTipRole:
+        // The flat list's Directory column is often cut; the tip shows it whole.
+        if (m_flat && column == 0)
+            return displayName(row.directory);
+        return {};
     case Qt::DecorationRole:
         if (column == nameColumn())
             return iconFor(row);

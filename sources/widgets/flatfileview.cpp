@@ -41,6 +41,8 @@ void FlatFileView::setColumns(TreeWidget *tree) const
 {
     tree->fileModel()->setFlat(true);
     setHeaderSizing(tree);
+    // Deep paths share their start; cut in the middle so the folder that tells rows apart shows.
+    tree->setTextElideMode(Qt::ElideMiddle);
 }
 
 void FlatFileView::showObjects(FileListModel *model, const QString &path, bool withParent)

@@ -8,6 +8,7 @@ void FullFileView::setColumns(TreeWidget *tree) const
 {
     tree->fileModel()->setFlat(false);
     setHeaderSizing(tree);
+    tree->setTextElideMode(Qt::ElideRight);
 }
 
 void FullFileView::showObjects(FileListModel *model, const QString &path, bool withParent)
