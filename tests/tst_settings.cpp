@@ -10,6 +10,16 @@
 #include <QMenu>
 #include <QSysInfo>
 
+#include <functional>
+
+// One typed accessor: writes the test's value and reads what the store gives back.
+struct Accessor
+{
+    std::function<void(Settings &)> write;
+    std::function<QVariant(const Settings &)> read;
+};
+Q_DECLARE_METATYPE(Accessor)
+
 class TestSettings : public QObject
 {
     Q_OBJECT
@@ -30,6 +40,207 @@ private Q_SLOTS:
             QStringLiteral("/Quillon Systems Ltd./Morvane 6.0/Qt Tools/Morvane Navarch.conf")));
         QVERIFY(!settings.fileName().startsWith(QDir::homePath() + QStringLiteral("/.config/")));
         QVERIFY(QFile::exists(settings.fileName()));
+    }
+
+    // The file on disk is what users keep between versions: every accessor
+    // writes exactly these bytes and reads a file holding them back.
+    void typedAccessorsOnDisk_data()
+    {
+        QTest::addColumn<Accessor>("accessor");
+        QTest::addColumn<QVariant>("fallback");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QVariant>("value");
+        using L = QVariantList;
+        using S = QStringList;
+        QTest::newRow("window placement")
+            << Accessor{[](Settings &s) { s.setWindowPlacement({700, 500}, {10, 20}); },
+                        [](const Settings &s) { return L{s.windowSize(), s.windowPosition()}; }}
+            << QVariant(L{QSize(-1, -1), QPoint(200, 200)})
+            << "[Main%20Window]\npos=@Point(10 20)\nsize=@Size(700 500)\n"
+            << QVariant(L{QSize(700, 500), QPoint(10, 20)});
+        QTest::newRow("geometry and splitters")
+            << Accessor{[](Settings &s) {
+                            s.setWindowGeometry("\\1g");
+                            s.setSplitterState(QStringLiteral("panelSplitter"), "p");
+                        },
+                        [](const Settings &s) {
+                            return L{s.windowGeometry(), s.splitterState("panelSplitter")};
+                        }}
+            << QVariant(L{QByteArray(), QByteArray()})
+            << "[Main%20Window]\ngeometry=@ByteArray(\\\\1g)\npanelSplitter=@ByteArray(p)\n"
+            << QVariant(L{QByteArray("\\1g"), QByteArray("p")});
+        QTest::newRow("commands")
+            << Accessor{[](Settings &s) { s.setCommands({"a", "b c", ""}); },
+                        [](const Settings &s) { return QVariant(s.commands()); }}
+            << QVariant(S{}) << "[Main%20Window]\nCommands=\";a;b c;\"\n" << QVariant(S{"a", "b c"});
+        QTest::newRow("engine options")
+            << Accessor{[](Settings &s) {
+                            s.setEngineOptions({{"/D", "db"}, {"/PRJF=", "/p/x.prj"},
+                                                {" ", "/X=1"}, {"/TBLDDL=", ""}});
+                        },
+                        [](const Settings &s) {
+                            QVariantMap map;
+                            const auto options = s.engineOptions();
+                            for (auto it = options.cbegin(); it != options.cend(); ++it)
+                                map.insert(it.key(), it.value());
+                            return QVariant(map);
+                        }}
+            << QVariant(QVariantMap())
+            << "[Main%20Window]\n%20=\"/X=1\"\nD=db\nPRJF%3D=/p/x.prj\n"
+            << QVariant(QVariantMap{{"/D", "db"}, {"/PRJF=", "/p/x.prj"}, {" ", "/X=1"}});
+        QTest::newRow("encodings")
+            << Accessor{[](Settings &s) {
+                            s.setEncodingOption(Settings::Source, "UTF-8");
+                            s.setEncodingOption(Settings::Target, "Shift_JIS");
+                        },
+                        [](const Settings &s) {
+                            return S{s.encodingOption(Settings::Source),
+                                     s.encodingOption(Settings::Target)};
+                        }}
+            << QVariant(S{"System", "System"})
+            << "[General]\nSRCENC%3D=UTF-8\nTRGENC%3D=Shift_JIS\n"
+            << QVariant(S{"UTF-8", "Shift_JIS"});
+        QTest::newRow("font size")
+            << Accessor{[](Settings &s) { s.setFontSize(14); },
+                        [](const Settings &s) { return QVariant(s.fontSize()); }}
+            << QVariant(12) << "[Main%20Window]\nFontSize=14\n" << QVariant(14);
+        QTest::newRow("recent folders")
+            << Accessor{[](Settings &s) { s.setRecentFolders({"/a", "/b;c"}); },
+                        [](const Settings &s) { return QVariant(s.recentFolders()); }}
+            << QVariant(S{}) << "[Main%20Window]\nRecentOpenFolder\\0=/a\nRecentOpenFolder\\1=\"/b;c\"\n"
+            << QVariant(S{"/a", "/b;c"});
+        QTest::newRow("platforms and disks")
+            << Accessor{[](Settings &s) {
+                            s.setPlatform(Settings::Source, "Teradata");
+                            s.setPlatform(Settings::Target, "PostgreSQL");
+                            s.setDisk(Settings::Source, "/mnt/a");
+                            s.setDisk(Settings::Target, "/mnt/b");
+                        },
+                        [](const Settings &s) {
+                            return S{s.platform(Settings::Source), s.platform(Settings::Target),
+                                     s.disk(Settings::Source), s.disk(Settings::Target)};
+                        }}
+            << QVariant(S{"Microsoft SQL Server", "Oracle", "/", "/"})
+            << "[Main%20Window]\nleftDisk=/mnt/a\nrightDisk=/mnt/b\nsource=Teradata\n"
+               "target=PostgreSQL\n"
+            << QVariant(S{"Teradata", "PostgreSQL", "/mnt/a", "/mnt/b"});
+        QTest::newRow("panels")
+            << Accessor{[](Settings &s) {
+                            s.setPanel(Settings::Source, {"/src", "*.sql", true});
+                            s.setPanel(Settings::Target, {"/out", "*.*", false});
+                        },
+                        [](const Settings &s) {
+                            L panels;
+                            for (Settings::Side side : {Settings::Source, Settings::Target}) {
+                                const Settings::PanelState panel = s.panel(side);
+                                panels << panel.path << panel.mask << panel.showHidden;
+                            }
+                            return panels;
+                        }}
+            << QVariant(L{"", "*.*", false, "", "*.*", false})
+            << "[Main%20Window]\nleftPanel\\Mask=*.sql\nleftPanel\\Path=/src\n"
+               "leftPanel\\ShowHidden=true\nrightPanel\\Mask=*.*\nrightPanel\\Path=/out\n"
+               "rightPanel\\ShowHidden=false\n"
+            << QVariant(L{"/src", "*.sql", true, "/out", "*.*", false});
+        QTest::newRow("filters and masks")
+            << Accessor{[](Settings &s) {
+                            s.setFilters(";*.sql;*.txt");
+                            s.setMasks(";*.prc");
+                        },
+                        [](const Settings &s) { return S{s.filters(), s.masks()}; }}
+            << QVariant(S{"*.*", "*.*"})
+            << "[Main%20Window]\nConversion\\Masks=\";*.prc\"\nFilters=\";*.sql;*.txt\"\n"
+            << QVariant(S{";*.sql;*.txt", ";*.prc"});
+        QTest::newRow("database choices")
+            << Accessor{[](Settings &s) {
+                            s.setDatabaseChoice(Settings::Source, {"Oracle 12c", "OCI"});
+                            s.setDatabaseChoice(Settings::Target, {"", "ODBC"});
+                        },
+                        [](const Settings &s) {
+                            const auto source = s.databaseChoice(Settings::Source);
+                            const auto target = s.databaseChoice(Settings::Target);
+                            return S{source.database, source.api, target.database, target.api};
+                        }}
+            << QVariant(S{"", "", "", ""})
+            << "[ConversionOptionsDialog]\nSourceDatabase=Oracle 12c\nSourceDatabaseAPI=OCI\n"
+               "TargetDatabase=\nTargetDatabaseAPI=ODBC\n"
+            << QVariant(S{"Oracle 12c", "OCI", "", "ODBC"});
+        QTest::newRow("find options")
+            << Accessor{[](Settings &s) {
+                            s.setFindOptions({";*.sql", "/src", "select\nfrom", true, true, 2});
+                        },
+                        [](const Settings &s) {
+                            const Settings::FindOptions o = s.findOptions("/given");
+                            return L{o.files, o.folder, o.text, o.matchCase, o.wholeWords,
+                                     o.patternSyntax};
+                        }}
+            << QVariant(L{"*.*;PowerBuilder Source Files (*.srd, *.srw, *.sru, *.srf, *.srs, "
+                          "*.srq, *.sra, *.srm)",
+                          "/given", "", false, false, 0})
+            << "[Main%20Window]\nFindDialog\\FindFiles=\";*.sql\"\nFindDialog\\FindText=select\\nfrom\n"
+               "FindDialog\\IsCaseValuse=true\nFindDialog\\IsWholeWords=true\n"
+               "FindDialog\\PatternSynx=2\nFindDialog\\SearchIn=/src\n"
+            << QVariant(L{";*.sql", "/src", "select\nfrom", true, true, 2});
+        QTest::newRow("diff options")
+            << Accessor{[](Settings &s) {
+                            s.setDiffIgnoresWhitespace(false);
+                            s.setDiffIgnoresCase(true);
+                        },
+                        [](const Settings &s) {
+                            return L{s.diffIgnoresWhitespace(), s.diffIgnoresCase()};
+                        }}
+            << QVariant(L{true, false}) << "[Diff]\nIgnoreCase=true\nIgnoreWhitespace=false\n"
+            << QVariant(L{false, true});
+    }
+    void typedAccessorsOnDisk()
+    {
+        QFETCH(Accessor, accessor);
+        QFETCH(QVariant, fallback);
+        QFETCH(QString, file);
+        QFETCH(QVariant, value);
+        QCOMPARE(accessor.read(Settings()), fallback);
+        QString path;
+        {
+            Settings settings;
+            accessor.write(settings);
+            path = settings.fileName();
+        }
+        QFile stored(path);
+        QVERIFY(stored.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(stored.readAll()), file);
+        stored.close();
+        QCOMPARE(accessor.read(Settings()), value);
+
+        // The same file written by another program (an older version) reads the same.
+        Settings().clear();
+        QVERIFY(stored.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        stored.write(file.toUtf8());
+        stored.close();
+        QCOMPARE(accessor.read(Settings()), value);
+    }
+
+    void passwordNeverStored()
+    {
+        QString path;
+        {
+            // An older version kept the password in the store.
+            Settings old;
+            old.setValue("Main Window/P", "old secret");
+            path = old.fileName();
+        }
+        Settings settings;
+        QMap<QString, QString> options = settings.engineOptions();
+        QCOMPARE(options.value("/P"), QStringLiteral("old secret"));
+        options.insert("/U", "ann");
+        options.insert("/P", "new secret");
+        settings.setEngineOptions(options);
+        settings.sync();
+        QFile stored(path);
+        QVERIFY(stored.open(QIODevice::ReadOnly));
+        const QByteArray text = stored.readAll();
+        QVERIFY(text.contains("U=ann"));
+        QVERIFY2(!text.contains("secret"), text.constData());
+        QCOMPARE(Settings().engineOptions(), (QMap<QString, QString>{{"/U", "ann"}}));
     }
 
     void windowsWorkingFolder_data()

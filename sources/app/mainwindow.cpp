@@ -276,9 +276,9 @@ void MainWindow::setupConversion()
     connect(conversion->process(), &QProcess::stateChanged, this, &MainWindow::changeProcessState);
     connect(m_controller, &ConversionController::logRequested, this, &MainWindow::ShowConversionLog);
     // The engine gets the database options the dialogs show.
-    const auto source = ConversionOptionsDialog::storedKeys(conversion->nameMap(), QStringLiteral("Source"));
+    const auto source = ConversionOptionsDialog::storedKeys(conversion->nameMap(), Settings::Source);
     conversion->setSourceConversionOption(source.first, source.second);
-    const auto target = ConversionOptionsDialog::storedKeys(conversion->nameMap(), QStringLiteral("Target"));
+    const auto target = ConversionOptionsDialog::storedKeys(conversion->nameMap(), Settings::Target);
     conversion->setTargetConversionOption(target.first, target.second);
     m_logView = new ConversionLogView(m_ui->textEditLogView, conversion);
     connect(m_logView, &ConversionLogView::openFileAtLine, this, &MainWindow::openLogLink);

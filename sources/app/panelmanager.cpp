@@ -290,7 +290,7 @@ void PanelManager::showRightPanel(bool show)
 void PanelManager::showLeftDialogOption()
 {
     ConversionOptionsDialog dialog(QStringLiteral("Source details"), m_conversion->nameMap(),
-                                   QStringLiteral("Source"), m_window);
+                                   Settings::Source, m_window);
     connect(&dialog, &ConversionOptionsDialog::ChangeOption, this,
             &PanelManager::SetSourceConversionOption);
     dialog.exec();
@@ -299,7 +299,7 @@ void PanelManager::showLeftDialogOption()
 void PanelManager::showRightDialogOption()
 {
     ConversionOptionsDialog dialog(QStringLiteral("Target details"), m_conversion->nameMap(),
-                                   QStringLiteral("Target"), m_window);
+                                   Settings::Target, m_window);
     connect(&dialog, &ConversionOptionsDialog::ChangeOption, this,
             &PanelManager::SetTargetConversionOption);
     dialog.exec();

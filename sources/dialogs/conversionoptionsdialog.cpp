@@ -9,25 +9,9 @@
 #include <QFormLayout>
 #include <QVBoxLayout>
 
-namespace {
-
-const QString Group = QStringLiteral("ConversionOptionsDialog");
-
-QString storedDatabaseKey(const QString &side)
-{
-    return side + QStringLiteral("Database");
-}
-
-QString storedApiKey(const QString &side)
-{
-    return side + QStringLiteral("DatabaseAPI");
-}
-
-} // namespace
-
 ConversionOptionsDialog::ConversionOptionsDialog(const QString &title,
                                                  const QMap<QString, QString> &nameMap,
-                                                 const QString &side, QWidget *parent)
+                                                 Settings::Side side, QWidget *parent)
     : QDialog(parent)
     , m_nameMap(nameMap)
     , m_side(side)
@@ -47,9 +31,9 @@ ConversionOptionsDialog::ConversionOptionsDialog(const QString &title,
     m_api->addItems(apis);
 
     // Chosen by name: a list that changes between versions keeps the choice.
-    const QPair<QString, QString> stored = storedChoice(side);
-    m_database->setCurrentIndex(qMax(0, m_database->findText(stored.first, Qt::MatchExactly)));
-    m_api->setCurrentIndex(qMax(0, m_api->findText(stored.second, Qt::MatchExactly)));
+    const Settings::DatabaseChoice stored = Settings().databaseChoice(side);
+    m_database->setCurrentIndex(qMax(0, m_database->findText(stored.database, Qt::MatchExactly)));
+    m_api->setCurrentIndex(qMax(0, m_api->findText(stored.api, Qt::MatchExactly)));
 
     auto *form = new QFormLayout;
     form->addRow(QStringLiteral("Database:"), m_database);
@@ -68,21 +52,14 @@ QString ConversionOptionsDialog::keyOf(const QComboBox *combo) const
     return name.isEmpty() ? name : m_nameMap.value(name, name);
 }
 
-QPair<QString, QString> ConversionOptionsDialog::storedChoice(const QString &side)
-{
-    Settings settings;
-    settings.beginGroup(Group);
-    return {settings.value(storedDatabaseKey(side)).toString(), settings.value(storedApiKey(side)).toString()};
-}
-
 QPair<QString, QString> ConversionOptionsDialog::storedKeys(const QMap<QString, QString> &nameMap,
-                                                            const QString &side)
+                                                            Settings::Side side)
 {
-    const QPair<QString, QString> names = storedChoice(side);
+    const Settings::DatabaseChoice names = Settings().databaseChoice(side);
     const auto key = [&nameMap](const QString &name) {
         return name.isEmpty() ? name : nameMap.value(name, name);
     };
-    return {key(names.first), key(names.second)};
+    return {key(names.database), key(names.api)};
 }
 
 QString ConversionOptionsDialog::databaseKey() const
@@ -97,11 +74,7 @@ QString ConversionOptionsDialog::apiKey() const
 
 void ConversionOptionsDialog::accept()
 {
-    Settings settings;
-    settings.beginGroup(Group);
-    settings.setValue(storedDatabaseKey(m_side), m_database->currentText());
-    settings.setValue(storedApiKey(m_side), m_api->currentText());
-    settings.endGroup();
+    Settings().setDatabaseChoice(m_side, {m_database->currentText(), m_api->currentText()});
     Q_EMIT ChangeOption(databaseKey(), apiKey());
     QDialog::accept();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settings.h"
+
 #include <QDialog>
 #include <QMap>
 #include <QPair>
@@ -16,10 +18,10 @@ class ConversionOptionsDialog : public QDialog
 public:
     /**
      * @p nameMap turns the chosen display names into engine keys; @p side
-     * ("Source" or "Target") picks the stored choice the dialog starts from.
+     * picks the stored choice the dialog starts from.
      */
     ConversionOptionsDialog(const QString &title, const QMap<QString, QString> &nameMap,
-                            const QString &side, QWidget *parent = nullptr);
+                            Settings::Side side, QWidget *parent = nullptr);
 
     QComboBox *databaseCombo() const { return m_database; }
     QComboBox *apiCombo() const { return m_api; }
@@ -29,11 +31,9 @@ public:
 
     void accept() override;
 
-    /** The display names last accepted for @p side ("Source" or "Target"). */
-    static QPair<QString, QString> storedChoice(const QString &side);
-    /** The same as engine keys: what the engine is given at start-up. */
+    /** The engine keys last accepted for @p side: what the engine is given at start-up. */
     static QPair<QString, QString> storedKeys(const QMap<QString, QString> &nameMap,
-                                              const QString &side);
+                                              Settings::Side side);
 
 Q_SIGNALS:
     /** The choice was accepted: the engine keys of the database and the interface. */
@@ -43,7 +43,7 @@ private:
     QString keyOf(const QComboBox *combo) const;
 
     QMap<QString, QString> m_nameMap;
-    QString m_side;
+    Settings::Side m_side;
     QComboBox *m_database;
     QComboBox *m_api;
 };

@@ -9,10 +9,6 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-namespace {
-const char *const MasksGroup = "Main Window/Conversion";
-}
-
 FileMaskDialog::FileMaskDialog(QWidget *parent)
     : QDialog(parent)
     , m_combo(new QComboBox(this))
@@ -23,10 +19,7 @@ FileMaskDialog::FileMaskDialog(QWidget *parent)
     m_combo->setInsertPolicy(QComboBox::NoInsert);
     m_combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 
-    Settings settings;
-    settings.beginGroup(QLatin1String(MasksGroup));
-    HistoryList::read(m_combo, settings.value(QStringLiteral("Masks"), QStringLiteral("*.*")).toString());
-    settings.endGroup();
+    HistoryList::read(m_combo, Settings().masks());
     m_combo->setCurrentIndex(0);
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -51,9 +44,6 @@ QString FileMaskDialog::mask() const
 
 void FileMaskDialog::accept()
 {
-    Settings settings;
-    settings.beginGroup(QLatin1String(MasksGroup));
-    settings.setValue(QStringLiteral("Masks"), HistoryList::write(m_combo));
-    settings.endGroup();
+    Settings().setMasks(HistoryList::write(m_combo));
     QDialog::accept();
 }

@@ -8,7 +8,6 @@
 
 namespace {
 
-const char *const FiltersKey = "Filters";
 // The history separates masks with ";", which a mask also uses between its
 // parts; inside a stored mask that ";" is written as "|", which no file name
 // pattern needs, so every mask comes back whole.
@@ -48,11 +47,7 @@ FilterDialog::FilterDialog(QWidget *parent)
     setWindowTitle(QStringLiteral("Filter"));
     m_ui->comboBox->clear();
     m_ui->comboBox->setInsertPolicy(QComboBox::NoInsert);
-    Settings settings;
-    const QString stored = Settings::readMainWindowValue(settings, QLatin1String(FiltersKey),
-                                                         QStringLiteral("*.*"))
-                               .toString();
-    m_ui->comboBox->addItems(masksOf(stored));
+    m_ui->comboBox->addItems(masksOf(Settings().filters()));
     if (m_ui->comboBox->count() == 0)
         m_ui->comboBox->addItem(QStringLiteral("*.*"));
     m_ui->comboBox->setCurrentIndex(0);
@@ -73,8 +68,6 @@ void FilterDialog::setMask(const QString &mask)
 
 void FilterDialog::accept()
 {
-    Settings settings;
-    Settings::writeMainWindowValue(settings, QLatin1String(FiltersKey),
-                                   historyOf(m_ui->comboBox));
+    Settings().setFilters(historyOf(m_ui->comboBox));
     QDialog::accept();
 }

@@ -13,15 +13,6 @@
 
 namespace {
 
-const char *const DefaultMasks =
-    "*.*;PowerBuilder Source Files (*.srd, *.srw, *.sru, *.srf, *.srs, *.srq, *.sra, *.srm)";
-
-void beginGroups(QSettings &settings)
-{
-    settings.beginGroup(QStringLiteral("Main Window"));
-    settings.beginGroup(QStringLiteral("FindDialog"));
-}
-
 // Puts @p text at the top of the combo's list unless it is already an entry.
 void addToList(QComboBox *combo, const QString &text, const QIcon &icon = QIcon())
 {
@@ -67,47 +58,38 @@ FindDialog::~FindDialog() = default;
 
 void FindDialog::loadSettings(const QString &folder)
 {
-    Settings settings;
-    beginGroups(settings);
-    HistoryList::read(m_ui->comboBoxFindFiles,
-                      settings.value(QStringLiteral("FindFiles"), QString::fromLatin1(DefaultMasks))
-                          .toString());
+    const Settings::FindOptions stored = Settings().findOptions(QDir::toNativeSeparators(folder));
+    HistoryList::read(m_ui->comboBoxFindFiles, stored.files);
     m_ui->comboBoxFindFiles->setCurrentIndex(0);
 
     // The folder handed in stays one pick away when another one was searched last.
     addToList(m_ui->comboBoxSearchIn, QDir::toNativeSeparators(folder), folderIcon());
-    addToList(m_ui->comboBoxSearchIn,
-              settings.value(QStringLiteral("SearchIn"), QDir::toNativeSeparators(folder))
-                  .toString(),
-              folderIcon());
+    addToList(m_ui->comboBoxSearchIn, stored.folder, folderIcon());
 
-    const QString text = settings.value(QStringLiteral("FindText")).toString();
-    if (text.contains(QLatin1Char('\n'))) {
+    if (stored.text.contains(QLatin1Char('\n'))) {
         // Phrases saved from the multi-line mode come back there.
-        m_ui->textEditPhrases->setPlainText(text);
+        m_ui->textEditPhrases->setPlainText(stored.text);
         m_ui->radioButtonMultiple->setChecked(true);
     } else {
-        addToList(m_ui->comboBoxFindText, text);
+        addToList(m_ui->comboBoxFindText, stored.text);
     }
-    m_ui->checkBoxMatchCase->setChecked(
-        settings.value(QStringLiteral("IsCaseValuse"), false).toBool());
-    m_ui->checkBoxWholeWords->setChecked(
-        settings.value(QStringLiteral("IsWholeWords"), false).toBool());
-    const int syntax = settings.value(QStringLiteral("PatternSynx"), 0).toInt();
+    m_ui->checkBoxMatchCase->setChecked(stored.matchCase);
+    m_ui->checkBoxWholeWords->setChecked(stored.wholeWords);
+    const int syntax = stored.patternSyntax;
     m_ui->comboBoxSyntax->setCurrentIndex(
         syntax >= 0 && syntax < m_ui->comboBoxSyntax->count() ? syntax : 0);
 }
 
 void FindDialog::saveSettings()
 {
-    Settings settings;
-    beginGroups(settings);
-    settings.setValue(QStringLiteral("FindFiles"), HistoryList::write(m_ui->comboBoxFindFiles));
-    settings.setValue(QStringLiteral("SearchIn"), m_ui->comboBoxSearchIn->currentText());
-    settings.setValue(QStringLiteral("FindText"), findText());
-    settings.setValue(QStringLiteral("IsCaseValuse"), isCaseSensitive());
-    settings.setValue(QStringLiteral("IsWholeWords"), isWholeWords());
-    settings.setValue(QStringLiteral("PatternSynx"), m_ui->comboBoxSyntax->currentIndex());
+    Settings::FindOptions options;
+    options.files = HistoryList::write(m_ui->comboBoxFindFiles);
+    options.folder = m_ui->comboBoxSearchIn->currentText();
+    options.text = findText();
+    options.matchCase = isCaseSensitive();
+    options.wholeWords = isWholeWords();
+    options.patternSyntax = m_ui->comboBoxSyntax->currentIndex();
+    Settings().setFindOptions(options);
 }
 
 bool FindDialog::execute()

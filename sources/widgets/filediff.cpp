@@ -19,9 +19,6 @@
 
 namespace {
 
-constexpr char IgnoreWhitespaceKey[] = "Diff/IgnoreWhitespace";
-constexpr char IgnoreCaseKey[] = "Diff/IgnoreCase";
-
 // Rows shown above a hunk when stepping to it.
 constexpr int ContextRows = 2;
 
@@ -64,17 +61,19 @@ FileDiff::FileDiff(QAction *compareAction, QMainWindow *mainWindow, Panel *leftP
     // which lines are equal, so a change compares the two texts again.
     m_ignoreWhitespaceAction = new QAction(tr("Ignore whitespace"), this);
     m_ignoreCaseAction = new QAction(tr("Ignore case"), this);
-    Settings settings;
-    for (QAction *option : {m_ignoreWhitespaceAction, m_ignoreCaseAction}) {
-        const QString key = option == m_ignoreCaseAction ? QString::fromLatin1(IgnoreCaseKey)
-                                                         : QString::fromLatin1(IgnoreWhitespaceKey);
-        option->setCheckable(true);
-        option->setChecked(settings.value(key, option == m_ignoreWhitespaceAction).toBool());
-        connect(option, &QAction::triggered, this, [this, option, key] {
-            Settings().setValue(key, option->isChecked());
-            compareAgain();
-        });
-    }
+    m_ignoreWhitespaceAction->setCheckable(true);
+    m_ignoreCaseAction->setCheckable(true);
+    const Settings settings;
+    m_ignoreWhitespaceAction->setChecked(settings.diffIgnoresWhitespace());
+    m_ignoreCaseAction->setChecked(settings.diffIgnoresCase());
+    connect(m_ignoreWhitespaceAction, &QAction::triggered, this, [this](bool ignore) {
+        Settings().setDiffIgnoresWhitespace(ignore);
+        compareAgain();
+    });
+    connect(m_ignoreCaseAction, &QAction::triggered, this, [this](bool ignore) {
+        Settings().setDiffIgnoresCase(ignore);
+        compareAgain();
+    });
 
     m_toolBar = new QToolBar(mainWindow);
     m_toolBar->setObjectName(QStringLiteral("diffToolBar"));

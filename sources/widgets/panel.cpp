@@ -335,10 +335,8 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
     }
 
     QBoxLayout *layout = m_contentLayout;
-    Settings settings;
-    const QString encoding =
-        settings.value(m_isLeft ? QStringLiteral("/SRCENC=") : QStringLiteral("/TRGENC="))
-            .toString();
+    const Settings settings;
+    const QString encoding = settings.encodingOption(m_isLeft ? Settings::Source : Settings::Target);
     auto *edit = new Edit(this);
     edit->setHostLayout(layout);
     edit->setCodec(encoding.isEmpty() ? QByteArray("System") : encoding.toLatin1());
@@ -356,8 +354,7 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
         QMessageBox::warning(m_container, QStringLiteral("Morvane Navarch"), message);
         return;
     }
-    edit->setFontSize(
-        Settings::readMainWindowValue(settings, QStringLiteral("FontSize"), 12).toInt());
+    edit->setFontSize(settings.fontSize());
 
     // The editor takes the browser's place; whatever else the panel shows comes back on close.
     for (int i = 0; i < layout->count(); ++i) {
@@ -403,8 +400,7 @@ void Panel::showBrowserAgain()
 
 void Panel::storeFontSize() const
 {
-    Settings settings;
-    Settings::writeMainWindowValue(settings, QStringLiteral("FontSize"), m_edit->fontSize());
+    Settings().setFontSize(m_edit->fontSize());
 }
 
 void Panel::increaseFont()
