@@ -38,6 +38,7 @@ private Q_SLOTS:
     void synchronousBrowsing();
     void synchronousViewing();
     void panelKeys();
+    void keyboardFocus();
     void statusAndPathLines();
     void makeDirectory_data();
     void makeDirectory();
@@ -213,6 +214,28 @@ void TestPanel::panelKeys()
     QVERIFY(m_left->isEditing());
     QCOMPARE(m_left->editor()->filePath(), path("left/d.sql"));
     QVERIFY(m_left->closeEdit());
+}
+
+void TestPanel::keyboardFocus()
+{
+    // A window as the user gets it, with nothing focused by hand.
+    delete m_window;
+    m_window = new MainWindow(nullptr, qApp, QString());
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window));
+    m_left = m_window->panelManager()->leftPanel();
+    QCOMPARE(QApplication::focusWidget(), leftTree());
+
+    // Escape in the editor goes back to the list, where the keys work again.
+    leftTree()->setCurrentRow(row(m_left, "a.sql"));
+    QTest::keyClick(leftTree(), Qt::Key_F4);
+    QVERIFY(m_left->isEditing());
+    QTRY_VERIFY(QApplication::focusWidget() != leftTree());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(!m_left->isEditing());
+    QCOMPARE(QApplication::focusWidget(), leftTree());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Insert);
+    QCOMPARE(m_left->selectedPaths(), QStringList{path("left/a.sql")});
 }
 
 void TestPanel::statusAndPathLines()

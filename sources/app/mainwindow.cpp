@@ -20,6 +20,7 @@
 #include "recentfolderstorage.h"
 #include "settings.h"
 #include "startupoptions.h"
+#include "treewidget.h"
 #include "ui_mainwindow.h"
 #include "workingfolder.h"
 
@@ -130,6 +131,9 @@ MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString
     setupSearch();
     setupCommandLine();
     readSettings();
+    // Keys go to the active panel's list from the start, not to the first
+    // field of the window (typing there would change the conversion direction).
+    m_panelManager->currentPanel()->fileSystemView()->treeWidget()->setFocus();
 
     // Written before the window is gone too: at the end of the event loop and
     // when the session ends, since a logout may not wait for the destructor.

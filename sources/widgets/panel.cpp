@@ -15,6 +15,7 @@
 #include "treewidget.h"
 
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QDir>
 #include <QKeyEvent>
@@ -375,6 +376,11 @@ bool Panel::closeEdit()
 {
     if (!m_edit)
         return true;
+    // Hiding a focused editor passes the focus down the window's tab chain;
+    // the user closed it to go on in this panel's list.
+    const QWidget *focus = QApplication::focusWidget();
+    const QWidget *editor = m_edit->widget();
+    const bool hadFocus = focus && editor && (focus == editor || editor->isAncestorOf(focus));
     if (!m_edit->closeEditor())
         return false;
     storeFontSize();
@@ -384,6 +390,8 @@ bool Panel::closeEdit()
         w->hide();
     edit->deleteLater();
     showBrowserAgain();
+    if (hadFocus)
+        m_view->treeWidget()->setFocus(Qt::OtherFocusReason);
     return true;
 }
 
