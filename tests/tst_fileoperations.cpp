@@ -126,6 +126,7 @@ private Q_SLOTS:
     void typedTarget();
     void conflicts_data();
     void conflicts();
+    void conflictQuestionInFront();
     void failures_data();
     void failures();
     void cancelDuringCopy();
@@ -324,6 +325,36 @@ void TestFileOperations::conflicts()
         QVERIFY(shown.first().startsWith("Copy cancelled: "));
     else
         QTEST(shown.first(), "summary");
+}
+
+void TestFileOperations::conflictQuestionInFront()
+{
+    TestDir dir;
+    dir.createFile("src/one.sql", "new");
+    dir.createFile("dst/one.sql", "old");
+    QWidget window;
+    window.show();
+    CopyObjects copy({dir.filePath("src/one.sql")}, dir.filePath("dst"), &window);
+    copy.setPrompt([](QString &) { return true; });
+    copy.setNotify([](const QString &) {});
+    QSignalSpy finished(&copy, &CopyObjects::finished);
+    QVERIFY(copy.execute());
+    QPointer<QMessageBox> box;
+    QTRY_VERIFY((box = window.findChild<QMessageBox *>()) && box->isVisible());
+    // Well past the delay after which the progress window would come up over it.
+    const auto progressShown = [&window] {
+        const auto *progress = window.findChild<QProgressDialog *>();
+        return progress && progress->isVisible();
+    };
+    QVERIFY(!QTest::qWaitFor(progressShown, 1000));
+    const QList<QPushButton *> buttons = box->findChildren<QPushButton *>();
+    const auto overwrite = std::find_if(buttons.cbegin(), buttons.cend(), [](QPushButton *b) {
+        return b->text() == "&Overwrite";
+    });
+    QVERIFY(overwrite != buttons.cend());
+    QTest::mouseClick(*overwrite, Qt::LeftButton);
+    QVERIFY(finished.wait());
+    QCOMPARE(snapshot(native(dir.filePath("dst"))).value("one.sql"), QByteArray("new"));
 }
 
 void TestFileOperations::failures_data()

@@ -155,10 +155,7 @@ void CopyObjects::start(const QVector<FileCopier::Job> &jobs)
         m_progress->setWindowModality(Qt::NonModal);
         m_progress->setMinimumDuration(ProgressDelayMs);
         connect(m_progress, &QProgressDialog::canceled, this, &CopyObjects::cancel);
-        QTimer::singleShot(ProgressDelayMs, m_progress, [this] {
-            if (isRunning())
-                m_progress->show();
-        });
+        scheduleProgress();
     }
     Q_EMIT turnWaitingMode(Qt::BusyCursor);
     m_thread.start(QThread::LowPriority);
@@ -184,8 +181,22 @@ void CopyObjects::showProgress(int filesDone, int filesTotal, qint64 bytesDone,
     m_progress->setValue(int(value));
 }
 
+void CopyObjects::scheduleProgress()
+{
+    QTimer::singleShot(ProgressDelayMs, m_progress, [this] {
+        if (isRunning() && !m_conflictBox)
+            m_progress->show();
+    });
+}
+
 void CopyObjects::askConflict(const QString &source, const QString &target)
 {
+    // The question must not sit under the progress window: it goes away
+    // (its own show timer too) until the user has answered.
+    if (m_progress) {
+        m_progress->reset();
+        m_progress->hide();
+    }
     const QFileInfo existing(target);
     const QString text = tr("\"%1\" already exists in %2.\n\nExisting: %3\nCopied: %4")
                              .arg(shownPath(existing.fileName()), shownPath(existing.path()),
@@ -210,6 +221,9 @@ void CopyObjects::askConflict(const QString &source, const QString &target)
         else if (clicked == rename)
             choice = FileCopier::Rename;
         answerConflict(choice, box->checkBox()->isChecked());
+        // Not at once: the next name may be asked about right away.
+        if (m_progress)
+            scheduleProgress();
     });
     m_conflictBox = box;
     box->open();

@@ -65,6 +65,8 @@ private:
     void start(const QVector<FileCopier::Job> &jobs);
     void showProgress(int filesDone, int filesTotal, qint64 bytesDone, qint64 bytesTotal,
                       const QString &current);
+    /** Shows the progress window after a short delay if the copy still runs and asks nothing. */
+    void scheduleProgress();
     void askConflict(const QString &source, const QString &target);
     void copyFinished(const FileCopier::Summary &summary);
 
