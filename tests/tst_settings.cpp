@@ -52,54 +52,49 @@ private Q_SLOTS:
         QTest::addColumn<QVariant>("value");
         using L = QVariantList;
         using S = QStringList;
-        QTest::newRow("window placement")
-            << Accessor{[](Settings &s) { s.setWindowPlacement({700, 500}, {10, 20}); },
-                        [](const Settings &s) { return L{s.windowSize(), s.windowPosition()}; }}
-            << QVariant(L{QSize(-1, -1), QPoint(200, 200)})
-            << "[Main%20Window]\npos=@Point(10 20)\nsize=@Size(700 500)\n"
-            << QVariant(L{QSize(700, 500), QPoint(10, 20)});
-        QTest::newRow("geometry and splitters")
+        const auto sides = [](auto get) { return L{get(Settings::Source), get(Settings::Target)}; };
+        QTest::newRow("window")
             << Accessor{[](Settings &s) {
+                            s.setWindowPlacement({700, 500}, {10, 20});
                             s.setWindowGeometry("\\1g");
-                            s.setSplitterState(QStringLiteral("panelSplitter"), "p");
+                            s.setSplitterState("panelSplitter", "p");
                         },
                         [](const Settings &s) {
-                            return L{s.windowGeometry(), s.splitterState("panelSplitter")};
+                            return L{s.windowSize(), s.windowPosition(), s.windowGeometry(),
+                                     s.splitterState("panelSplitter")};
                         }}
-            << QVariant(L{QByteArray(), QByteArray()})
+            << QVariant(L{QSize(-1, -1), QPoint(200, 200), QByteArray(), QByteArray()})
             << "[Main%20Window]\ngeometry=@ByteArray(\\\\1g)\npanelSplitter=@ByteArray(p)\n"
-            << QVariant(L{QByteArray("\\1g"), QByteArray("p")});
+               "pos=@Point(10 20)\nsize=@Size(700 500)\n"
+            << QVariant(L{QSize(700, 500), QPoint(10, 20), QByteArray("\\1g"), QByteArray("p")});
         QTest::newRow("commands")
             << Accessor{[](Settings &s) { s.setCommands({"a", "b c", ""}); },
                         [](const Settings &s) { return QVariant(s.commands()); }}
-            << QVariant(S{}) << "[Main%20Window]\nCommands=\";a;b c;\"\n" << QVariant(S{"a", "b c"});
+            << QVariant(S{}) << "[Main%20Window]\nCommands=\";a;b c;\"\n"
+            << QVariant(S{"a", "b c"});
         QTest::newRow("engine options")
             << Accessor{[](Settings &s) {
                             s.setEngineOptions({{"/D", "db"}, {"/PRJF=", "/p/x.prj"},
                                                 {" ", "/X=1"}, {"/TBLDDL=", ""}});
                         },
                         [](const Settings &s) {
-                            QVariantMap map;
-                            const auto options = s.engineOptions();
-                            for (auto it = options.cbegin(); it != options.cend(); ++it)
-                                map.insert(it.key(), it.value());
-                            return QVariant(map);
+                            return QVariant(s.engineOptions().keys() + s.engineOptions().values());
                         }}
-            << QVariant(QVariantMap())
-            << "[Main%20Window]\n%20=\"/X=1\"\nD=db\nPRJF%3D=/p/x.prj\n"
-            << QVariant(QVariantMap{{"/D", "db"}, {"/PRJF=", "/p/x.prj"}, {" ", "/X=1"}});
+            << QVariant(S{}) << "[Main%20Window]\n%20=\"/X=1\"\nD=db\nPRJF%3D=/p/x.prj\n"
+            << QVariant(S{" ", "/D", "/PRJF=", "/X=1", "db", "/p/x.prj"});
         QTest::newRow("encodings")
             << Accessor{[](Settings &s) {
                             s.setEncodingOption(Settings::Source, "UTF-8");
                             s.setEncodingOption(Settings::Target, "Shift_JIS");
                         },
-                        [](const Settings &s) {
-                            return S{s.encodingOption(Settings::Source),
-                                     s.encodingOption(Settings::Target)};
+                        [sides](const Settings &s) {
+                            return sides([&s](Settings::Side side) {
+                                return s.encodingOption(side);
+                            });
                         }}
-            << QVariant(S{"System", "System"})
+            << QVariant(L{"System", "System"})
             << "[General]\nSRCENC%3D=UTF-8\nTRGENC%3D=Shift_JIS\n"
-            << QVariant(S{"UTF-8", "Shift_JIS"});
+            << QVariant(L{"UTF-8", "Shift_JIS"});
         QTest::newRow("font size")
             << Accessor{[](Settings &s) { s.setFontSize(14); },
                         [](const Settings &s) { return QVariant(s.fontSize()); }}
@@ -107,41 +102,33 @@ private Q_SLOTS:
         QTest::newRow("recent folders")
             << Accessor{[](Settings &s) { s.setRecentFolders({"/a", "/b;c"}); },
                         [](const Settings &s) { return QVariant(s.recentFolders()); }}
-            << QVariant(S{}) << "[Main%20Window]\nRecentOpenFolder\\0=/a\nRecentOpenFolder\\1=\"/b;c\"\n"
+            << QVariant(S{})
+            << "[Main%20Window]\nRecentOpenFolder\\0=/a\nRecentOpenFolder\\1=\"/b;c\"\n"
             << QVariant(S{"/a", "/b;c"});
-        QTest::newRow("platforms and disks")
+        QTest::newRow("panels")
             << Accessor{[](Settings &s) {
                             s.setPlatform(Settings::Source, "Teradata");
                             s.setPlatform(Settings::Target, "PostgreSQL");
                             s.setDisk(Settings::Source, "/mnt/a");
                             s.setDisk(Settings::Target, "/mnt/b");
-                        },
-                        [](const Settings &s) {
-                            return S{s.platform(Settings::Source), s.platform(Settings::Target),
-                                     s.disk(Settings::Source), s.disk(Settings::Target)};
-                        }}
-            << QVariant(S{"Microsoft SQL Server", "Oracle", "/", "/"})
-            << "[Main%20Window]\nleftDisk=/mnt/a\nrightDisk=/mnt/b\nsource=Teradata\n"
-               "target=PostgreSQL\n"
-            << QVariant(S{"Teradata", "PostgreSQL", "/mnt/a", "/mnt/b"});
-        QTest::newRow("panels")
-            << Accessor{[](Settings &s) {
                             s.setPanel(Settings::Source, {"/src", "*.sql", true});
                             s.setPanel(Settings::Target, {"/out", "*.*", false});
                         },
-                        [](const Settings &s) {
-                            L panels;
-                            for (Settings::Side side : {Settings::Source, Settings::Target}) {
+                        [sides](const Settings &s) {
+                            return sides([&s](Settings::Side side) {
                                 const Settings::PanelState panel = s.panel(side);
-                                panels << panel.path << panel.mask << panel.showHidden;
-                            }
-                            return panels;
+                                return L{s.platform(side), s.disk(side), panel.path, panel.mask,
+                                         panel.showHidden};
+                            });
                         }}
-            << QVariant(L{"", "*.*", false, "", "*.*", false})
-            << "[Main%20Window]\nleftPanel\\Mask=*.sql\nleftPanel\\Path=/src\n"
-               "leftPanel\\ShowHidden=true\nrightPanel\\Mask=*.*\nrightPanel\\Path=/out\n"
-               "rightPanel\\ShowHidden=false\n"
-            << QVariant(L{"/src", "*.sql", true, "/out", "*.*", false});
+            << QVariant(L{L{"Microsoft SQL Server", "/", "", "*.*", false},
+                          L{"Oracle", "/", "", "*.*", false}})
+            << "[Main%20Window]\nleftDisk=/mnt/a\nleftPanel\\Mask=*.sql\nleftPanel\\Path=/src\n"
+               "leftPanel\\ShowHidden=true\nrightDisk=/mnt/b\nrightPanel\\Mask=*.*\n"
+               "rightPanel\\Path=/out\nrightPanel\\ShowHidden=false\nsource=Teradata\n"
+               "target=PostgreSQL\n"
+            << QVariant(L{L{"Teradata", "/mnt/a", "/src", "*.sql", true},
+                          L{"PostgreSQL", "/mnt/b", "/out", "*.*", false}});
         QTest::newRow("filters and masks")
             << Accessor{[](Settings &s) {
                             s.setFilters(";*.sql;*.txt");
@@ -156,15 +143,16 @@ private Q_SLOTS:
                             s.setDatabaseChoice(Settings::Source, {"Oracle 12c", "OCI"});
                             s.setDatabaseChoice(Settings::Target, {"", "ODBC"});
                         },
-                        [](const Settings &s) {
-                            const auto source = s.databaseChoice(Settings::Source);
-                            const auto target = s.databaseChoice(Settings::Target);
-                            return S{source.database, source.api, target.database, target.api};
+                        [sides](const Settings &s) {
+                            return sides([&s](Settings::Side side) {
+                                const Settings::DatabaseChoice choice = s.databaseChoice(side);
+                                return S{choice.database, choice.api};
+                            });
                         }}
-            << QVariant(S{"", "", "", ""})
+            << QVariant(L{S{"", ""}, S{"", ""}})
             << "[ConversionOptionsDialog]\nSourceDatabase=Oracle 12c\nSourceDatabaseAPI=OCI\n"
                "TargetDatabase=\nTargetDatabaseAPI=ODBC\n"
-            << QVariant(S{"Oracle 12c", "OCI", "", "ODBC"});
+            << QVariant(L{S{"Oracle 12c", "OCI"}, S{"", "ODBC"}});
         QTest::newRow("find options")
             << Accessor{[](Settings &s) {
                             s.setFindOptions({";*.sql", "/src", "select\nfrom", true, true, 2});
@@ -177,9 +165,10 @@ private Q_SLOTS:
             << QVariant(L{"*.*;PowerBuilder Source Files (*.srd, *.srw, *.sru, *.srf, *.srs, "
                           "*.srq, *.sra, *.srm)",
                           "/given", "", false, false, 0})
-            << "[Main%20Window]\nFindDialog\\FindFiles=\";*.sql\"\nFindDialog\\FindText=select\\nfrom\n"
-               "FindDialog\\IsCaseValuse=true\nFindDialog\\IsWholeWords=true\n"
-               "FindDialog\\PatternSynx=2\nFindDialog\\SearchIn=/src\n"
+            << "[Main%20Window]\nFindDialog\\FindFiles=\";*.sql\"\n"
+               "FindDialog\\FindText=select\\nfrom\nFindDialog\\IsCaseValuse=true\n"
+               "FindDialog\\IsWholeWords=true\nFindDialog\\PatternSynx=2\n"
+               "FindDialog\\SearchIn=/src\n"
             << QVariant(L{";*.sql", "/src", "select\nfrom", true, true, 2});
         QTest::newRow("diff options")
             << Accessor{[](Settings &s) {
@@ -371,11 +360,7 @@ private Q_SLOTS:
                 settings.setValue(QString::number(i), i == 5 ? QString() : QStringLiteral("/d%1").arg(i));
         }
         auto &recent = RecentFolderStorage::instance();
-        {
-            Settings settings;
-            settings.beginGroup(QStringLiteral("Main Window"));
-            recent.readSettings(settings);
-        }
+        recent.readSettings(Settings());
         // Keys come back in list order and the empty value is skipped.
         QCOMPARE(recent.folders(), QStringList({"/d0", "/d1", "/d2", "/d3", "/d4", "/d6", "/d7",
                                                 "/d8", "/d9", "/d10", "/d11"}));
@@ -383,7 +368,6 @@ private Q_SLOTS:
         recent.addFolder(QStringLiteral("/only"));
         {
             Settings settings;
-            settings.beginGroup(QStringLiteral("Main Window"));
             recent.writeSettings(settings);
         }
         Settings settings;

@@ -42,17 +42,6 @@ namespace {
 
 const char *const RunToolTip = "F5 - Run (only for left panel)";
 
-// Engine switches kept in the settings, in the order they are read.
-const QStringList &engineOptionKeys()
-{
-    static const QStringList keys{
-        QStringLiteral("/D"),     QStringLiteral("/U"),     QStringLiteral("/P"),
-        QStringLiteral("SD"),     QStringLiteral("FD"),     QStringLiteral("SDC"),
-        QStringLiteral("/PRJF="), QStringLiteral("/INI="),  QStringLiteral("/TBLDDL="),
-        QStringLiteral(" ")};
-    return keys;
-}
-
 // The smallest window that still shows both panels and the command bar.
 constexpr QSize SmallestWindow(480, 320);
 
@@ -280,9 +269,11 @@ void MainWindow::setupConversion()
     connect(conversion->process(), &QProcess::stateChanged, this, &MainWindow::changeProcessState);
     connect(m_controller, &ConversionController::logRequested, this, &MainWindow::ShowConversionLog);
     // The engine gets the database options the dialogs show.
-    const auto source = ConversionOptionsDialog::storedKeys(conversion->nameMap(), Settings::Source);
+    const auto source =
+        ConversionOptionsDialog::storedKeys(conversion->nameMap(), Settings::Source);
     conversion->setSourceConversionOption(source.first, source.second);
-    const auto target = ConversionOptionsDialog::storedKeys(conversion->nameMap(), Settings::Target);
+    const auto target =
+        ConversionOptionsDialog::storedKeys(conversion->nameMap(), Settings::Target);
     conversion->setTargetConversionOption(target.first, target.second);
     m_logView = new ConversionLogView(m_ui->textEditLogView, conversion);
     connect(m_logView, &ConversionLogView::openFileAtLine, this, &MainWindow::openLogLink);
@@ -389,18 +380,16 @@ void MainWindow::setupSearch()
 
 void MainWindow::readSettings()
 {
-    Settings settings;
-    settings.beginGroup(QStringLiteral("Main Window"));
-    // The saved geometry also knows a maximised window and its screen; "size"
-    // and "pos" are the fallback, kept for the stores that have only them.
-    const QSize size = settings.value(QStringLiteral("size"), QSize(-1, -1)).toSize();
-    const QByteArray geometry = settings.value(QStringLiteral("geometry")).toByteArray();
+    const Settings settings;
+    // The saved geometry also knows a maximised window and its screen; the
+    // size and position are the fallback, kept for the stores that have only them.
+    const QSize size = settings.windowSize();
+    const QByteArray geometry = settings.windowGeometry();
     if (geometry.isEmpty() || !restoreGeometry(geometry)) {
         if (size.width() == -1 && size.height() == -1) {
             setWindowState(windowState() | Qt::WindowMaximized);
         } else {
-            const QRect placed =
-                onScreens(size, settings.value(QStringLiteral("pos"), QPoint(200, 200)).toPoint());
+            const QRect placed = onScreens(size, settings.windowPosition());
             resize(placed.size());
             move(placed.topLeft());
         }
@@ -410,60 +399,41 @@ void MainWindow::readSettings()
         move(placed.topLeft());
     }
     for (QSplitter *splitter : {m_ui->mainSplitter, m_ui->panelSplitter})
-        splitter->restoreState(settings.value(splitter->objectName()).toByteArray());
+        splitter->restoreState(settings.splitterState(splitter->objectName()));
 
     m_panelManager->readSettings(settings);
     RecentFolderStorage::instance().readSettings(settings);
 
-    const QStringList commands = settings.value(QStringLiteral("Commands"))
-                                     .toString()
-                                     .split(QLatin1Char(';'), Qt::SkipEmptyParts);
-    m_ui->comboBoxEditCommand->insertItems(0, commands);
+    m_ui->comboBoxEditCommand->insertItems(0, settings.commands());
     m_ui->comboBoxEditCommand->insertItem(0, QString());
     m_ui->comboBoxEditCommand->setCurrentIndex(0);
 
-    for (const QString &key : engineOptionKeys()) {
-        if (settings.contains(key))
-            m_engineOptions.insert(key, settings.value(key).toString());
-    }
-    settings.endGroup();
-
-    m_sourceEncoding = settings.value(QStringLiteral("/SRCENC="), QStringLiteral("System")).toString();
-    m_targetEncoding = settings.value(QStringLiteral("/TRGENC="), QStringLiteral("System")).toString();
+    m_engineOptions = settings.engineOptions();
+    m_sourceEncoding = settings.encodingOption(Settings::Source);
+    m_targetEncoding = settings.encodingOption(Settings::Target);
 }
 
 void MainWindow::writeSettings()
 {
     Settings settings;
-    settings.beginGroup(QStringLiteral("Main Window"));
-    settings.setValue(QStringLiteral("size"), size());
-    settings.setValue(QStringLiteral("pos"), pos());
-    settings.setValue(QStringLiteral("geometry"), saveGeometry());
+    settings.setWindowPlacement(size(), pos());
+    settings.setWindowGeometry(saveGeometry());
     for (const QSplitter *splitter : {m_ui->mainSplitter, m_ui->panelSplitter})
-        settings.setValue(splitter->objectName(), splitter->saveState());
-    // Every key is written: an option the user cleared must not come back
-    // from the store. The password lives in memory for the session only.
-    for (const QString &key : engineOptionKeys()) {
-        const QString value = m_engineOptions.value(key);
-        if (key == QLatin1String("/P") || value.isEmpty())
-            settings.remove(key);
-        else
-            settings.setValue(key, value);
-    }
+        settings.setSplitterState(splitter->objectName(), splitter->saveState());
+    settings.setEngineOptions(m_engineOptions);
 
     m_panelManager->writeSettings(settings);
     RecentFolderStorage::instance().writeSettings(settings);
 
     // Walking the items from the last one down means the list comes back
     // reversed after every restart; users know it this way.
-    QString commands;
+    QStringList commands;
     for (int i = m_ui->comboBoxEditCommand->count() - 1; i >= 0; --i)
-        commands += QLatin1Char(';') + m_ui->comboBoxEditCommand->itemText(i);
-    settings.setValue(QStringLiteral("Commands"), commands);
-    settings.endGroup();
+        commands << m_ui->comboBoxEditCommand->itemText(i);
+    settings.setCommands(commands);
 
-    settings.setValue(QStringLiteral("/SRCENC="), m_sourceEncoding);
-    settings.setValue(QStringLiteral("/TRGENC="), m_targetEncoding);
+    settings.setEncodingOption(Settings::Source, m_sourceEncoding);
+    settings.setEncodingOption(Settings::Target, m_targetEncoding);
 }
 
 void MainWindow::turnWaitingMode(Qt::CursorShape cursor)
@@ -616,8 +586,8 @@ void MainWindow::showEncodingOptions()
     m_sourceEncoding = source;
     m_targetEncoding = target;
     Settings settings;
-    settings.setValue(QStringLiteral("/SRCENC="), m_sourceEncoding);
-    settings.setValue(QStringLiteral("/TRGENC="), m_targetEncoding);
+    settings.setEncodingOption(Settings::Source, m_sourceEncoding);
+    settings.setEncodingOption(Settings::Target, m_targetEncoding);
 }
 
 void MainWindow::showAbout()

@@ -8,6 +8,7 @@
 #include "makedirdialog.h"
 #include "panel.h"
 #include "recentfolderstorage.h"
+#include "settings.h"
 #include "ui_mainwindow.h"
 
 #include <QDebug>
@@ -16,7 +17,6 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QScrollBar>
-#include <QSettings>
 
 PanelManager::PanelManager(Ui::MainWindow *ui, QMainWindow *window, Conversion *conversion)
     : QObject(window)
@@ -149,41 +149,40 @@ void PanelManager::updateViewButton()
                                               : QStringLiteral("F3 - View"));
 }
 
-void PanelManager::readSettings(QSettings &settings)
+void PanelManager::readSettings(const Settings &settings)
 {
     // A stored name missing from the list leaves the combo box without a
     // current entry, on purpose.
-    m_ui->sourceCombo->setCurrentIndex(m_directionList.indexOf(
-        settings.value(QStringLiteral("source"), QStringLiteral("Microsoft SQL Server")).toString()));
-    m_ui->targetCombo->setCurrentIndex(m_directionList.indexOf(
-        settings.value(QStringLiteral("target"), QStringLiteral("Oracle")).toString()));
+    m_ui->sourceCombo->setCurrentIndex(
+        m_directionList.indexOf(settings.platform(Settings::Source)));
+    m_ui->targetCombo->setCurrentIndex(
+        m_directionList.indexOf(settings.platform(Settings::Target)));
 
-    const QString defaultDisk = QDir::toNativeSeparators(QDir::rootPath());
     const struct {
         QComboBox *combo;
-        const char *key;
-    } disks[] = {{m_ui->leftDriveCombo, "leftDisk"}, {m_ui->rightDriveCombo, "rightDisk"}};
+        Settings::Side side;
+    } disks[] = {{m_ui->leftDriveCombo, Settings::Source},
+                 {m_ui->rightDriveCombo, Settings::Target}};
     for (const auto &disk : disks) {
-        const QString stored = settings.value(QLatin1String(disk.key), defaultDisk).toString();
-        const int index = disk.combo->findText(stored);
+        const int index = disk.combo->findText(settings.disk(disk.side));
         if (index >= 0) {
             // The panel's own folder follows; the drive alone must not move it.
             const QSignalBlocker blocker(disk.combo);
             disk.combo->setCurrentIndex(index);
         }
     }
-    m_left->readSettings(settings, QStringLiteral("leftPanel"));
-    m_right->readSettings(settings, QStringLiteral("rightPanel"));
+    m_left->readSettings(settings);
+    m_right->readSettings(settings);
 }
 
-void PanelManager::writeSettings(QSettings &settings) const
+void PanelManager::writeSettings(Settings &settings) const
 {
-    settings.setValue(QStringLiteral("source"), m_ui->sourceCombo->currentText());
-    settings.setValue(QStringLiteral("target"), m_ui->targetCombo->currentText());
-    settings.setValue(QStringLiteral("leftDisk"), m_ui->leftDriveCombo->currentText());
-    settings.setValue(QStringLiteral("rightDisk"), m_ui->rightDriveCombo->currentText());
-    m_left->writeSettings(settings, QStringLiteral("leftPanel"));
-    m_right->writeSettings(settings, QStringLiteral("rightPanel"));
+    settings.setPlatform(Settings::Source, m_ui->sourceCombo->currentText());
+    settings.setPlatform(Settings::Target, m_ui->targetCombo->currentText());
+    settings.setDisk(Settings::Source, m_ui->leftDriveCombo->currentText());
+    settings.setDisk(Settings::Target, m_ui->rightDriveCombo->currentText());
+    m_left->writeSettings(settings);
+    m_right->writeSettings(settings);
 }
 
 void PanelManager::setEditActionsEnabled(bool enabled)

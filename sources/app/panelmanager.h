@@ -12,8 +12,8 @@ class Conversion;
 class Panel;
 class QComboBox;
 class QMainWindow;
-class QSettings;
 class QWidget;
+class Settings;
 namespace Ui {
 class MainWindow;
 }
@@ -38,9 +38,9 @@ public:
     /** Makes @p panel the active one (as a focus change would). */
     void setCurrentPanel(Panel *panel);
 
-    /** Reads and writes the keys of the "Main Window" group the store is positioned in. */
-    void readSettings(QSettings &settings);
-    void writeSettings(QSettings &settings) const;
+    /** The platforms, the drives and the panels' own state. */
+    void readSettings(const Settings &settings);
+    void writeSettings(Settings &settings) const;
 
     /** File operations on the current panel's selection. */
     void copySelection();      // to the opposite panel's folder

@@ -156,25 +156,26 @@ void Settings::setFontSize(int size)
 
 QStringList Settings::recentFolders() const
 {
-    QStringList keys;
+    // The keys are list positions, directly in the group.
+    QStringList positions;
     for (const QString &key : allKeys()) {
-        if (key.startsWith(RecentFolders) && key.indexOf(QLatin1Char('/'), RecentFolders.size()) < 0)
-            keys << key;
+        const QString position = key.mid(RecentFolders.size());
+        if (key.startsWith(RecentFolders) && !position.contains(QLatin1Char('/')))
+            positions << position;
     }
-    // The keys are list positions: "2" comes before "10".
-    const auto position = [](const QString &key) { return key.mid(RecentFolders.size()); };
-    std::stable_sort(keys.begin(), keys.end(), [&position](const QString &a, const QString &b) {
+    // "2" comes before "10".
+    std::stable_sort(positions.begin(), positions.end(), [](const QString &a, const QString &b) {
         bool aNumber = false;
         bool bNumber = false;
-        const int aValue = position(a).toInt(&aNumber);
-        const int bValue = position(b).toInt(&bNumber);
+        const int aValue = a.toInt(&aNumber);
+        const int bValue = b.toInt(&bNumber);
         if (aNumber != bNumber)
             return aNumber;
         return aNumber ? aValue < bValue : a < b;
     });
     QStringList folders;
-    for (const QString &key : qAsConst(keys))
-        folders << value(key).toString();
+    for (const QString &position : qAsConst(positions))
+        folders << value(RecentFolders + position).toString();
     return folders;
 }
 
@@ -187,10 +188,10 @@ void Settings::setRecentFolders(const QStringList &folders)
 
 QString Settings::platform(Side side) const
 {
-    return side == Source
-               ? value(MainWindow + QStringLiteral("source"), QStringLiteral("Microsoft SQL Server"))
-                     .toString()
-               : value(MainWindow + QStringLiteral("target"), QStringLiteral("Oracle")).toString();
+    if (side == Source)
+        return value(MainWindow + QStringLiteral("source"), QStringLiteral("Microsoft SQL Server"))
+            .toString();
+    return value(MainWindow + QStringLiteral("target"), QStringLiteral("Oracle")).toString();
 }
 
 void Settings::setPlatform(Side side, const QString &name)

@@ -49,7 +49,7 @@ public:
     QMap<QString, QString> engineOptions() const;
     void setEngineOptions(const QMap<QString, QString> &options);
 
-    /** The encoding passed to the engine for @p side ("/SRCENC=", "/TRGENC="); "System" by default. */
+    /** The encoding of @p side's files, passed to the engine; "System" by default. */
     QString encodingOption(Side side) const;
     void setEncodingOption(Side side, const QString &encoding);
 

@@ -21,9 +21,18 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QScrollBar>
-#include <QSettings>
 #include <QToolButton>
 #include <QWidget>
+
+namespace {
+
+// The left panel shows the source side of a conversion.
+Settings::Side sideOf(const Panel &panel)
+{
+    return panel.isLeft() ? Settings::Source : Settings::Target;
+}
+
+} // namespace
 
 Panel::Panel(QBoxLayout *layout, QWidget *parentWidget, QStatusBar *statusBar, QLabel *pathLabel,
              bool isLeft, QObject *parent)
@@ -179,26 +188,19 @@ bool Panel::owns(const QObject *object) const
     return false;
 }
 
-void Panel::readSettings(QSettings &settings, const QString &group)
+void Panel::readSettings(const Settings &settings)
 {
-    settings.beginGroup(group);
-    const QString mask = settings.value(QStringLiteral("Mask"), QStringLiteral("*.*")).toString();
-    const QString path = settings.value(QStringLiteral("Path")).toString();
-    const bool hidden = settings.value(QStringLiteral("ShowHidden"), false).toBool();
-    settings.endGroup();
-    m_view->setMask(mask);
-    m_view->setShowHidden(hidden);
-    if (path.isEmpty() || !m_view->changePath(path))
+    const Settings::PanelState state = settings.panel(sideOf(*this));
+    m_view->setMask(state.mask);
+    m_view->setShowHidden(state.showHidden);
+    if (state.path.isEmpty() || !m_view->changePath(state.path))
         m_view->changePath(QDir::homePath());
 }
 
-void Panel::writeSettings(QSettings &settings, const QString &group) const
+void Panel::writeSettings(Settings &settings) const
 {
-    settings.beginGroup(group);
-    settings.setValue(QStringLiteral("Path"), m_view->currentPath());
-    settings.setValue(QStringLiteral("Mask"), m_view->mask());
-    settings.setValue(QStringLiteral("ShowHidden"), m_view->showsHidden());
-    settings.endGroup();
+    settings.setPanel(sideOf(*this),
+                      {m_view->currentPath(), m_view->mask(), m_view->showsHidden()});
 }
 
 void Panel::hideUnselectedFiles()
@@ -337,7 +339,7 @@ void Panel::openEditFile(const QString &absoluteFilePath, bool isEdit)
 
     QBoxLayout *layout = m_contentLayout;
     const Settings settings;
-    const QString encoding = settings.encodingOption(m_isLeft ? Settings::Source : Settings::Target);
+    const QString encoding = settings.encodingOption(sideOf(*this));
     auto *edit = new Edit(this);
     edit->setHostLayout(layout);
     edit->setCodec(encoding.isEmpty() ? QByteArray("System") : encoding.toLatin1());

@@ -13,11 +13,11 @@ class QBoxLayout;
 class QKeyEvent;
 class QLabel;
 class QScrollBar;
-class QSettings;
 class QStatusBar;
 class QToolButton;
 class QVBoxLayout;
 class QWidget;
+class Settings;
 
 /**
  * One side of the main window: the folder browser, or the code editor while a
@@ -60,8 +60,9 @@ public:
     /** Feeds the editor's lines 0..lineCount (one past the end) to @p comparator. */
     void addLinesTo(FileComparator &comparator, bool isLeft) const;
 
-    void readSettings(QSettings &settings, const QString &group);
-    void writeSettings(QSettings &settings, const QString &group) const;
+    /** The folder, mask and hidden-files choice kept for the panel's side. */
+    void readSettings(const Settings &settings);
+    void writeSettings(Settings &settings) const;
 
     /** The layout under the title bar: the browser's list, and the editor while one is open. */
     QVBoxLayout *contentLayout() const { return m_contentLayout; }

@@ -2,12 +2,10 @@
 
 #include "folder.h"
 #include "logging.h"
+#include "settings.h"
 
 #include <QDebug>
 #include <QMenu>
-#include <QSettings>
-
-#include <algorithm>
 
 RecentFolderStorage &RecentFolderStorage::instance()
 {
@@ -55,36 +53,19 @@ void RecentFolderStorage::clear()
     m_folders.clear();
 }
 
-void RecentFolderStorage::readSettings(QSettings &settings)
+void RecentFolderStorage::readSettings(const Settings &settings)
 {
-    settings.beginGroup(QStringLiteral("RecentOpenFolder"));
-    QStringList keys = settings.childKeys();
-    // The keys are list positions: "2" comes before "10".
-    std::stable_sort(keys.begin(), keys.end(), [](const QString &a, const QString &b) {
-        bool aNumber = false;
-        bool bNumber = false;
-        const int aValue = a.toInt(&aNumber);
-        const int bValue = b.toInt(&bNumber);
-        if (aNumber != bNumber)
-            return aNumber;
-        return aNumber ? aValue < bValue : a < b;
-    });
-    for (const QString &key : qAsConst(keys)) {
-        const QString path = settings.value(key, QString()).toString();
+    const QStringList paths = settings.recentFolders();
+    for (const QString &path : paths) {
         qCDebug(lcFiles) << path;
         if (!path.isEmpty())
             addFolder(path);
     }
-    settings.endGroup();
 }
 
-void RecentFolderStorage::writeSettings(QSettings &settings) const
+void RecentFolderStorage::writeSettings(Settings &settings) const
 {
-    settings.beginGroup(QStringLiteral("RecentOpenFolder"));
-    settings.remove(QString()); // drop keys beyond the current list
-    for (int i = 0; i < m_folders.size(); ++i)
-        settings.setValue(QStringLiteral("%1").arg(i), m_folders.at(i)->path());
-    settings.endGroup();
+    settings.setRecentFolders(folders());
 }
 
 void RecentFolderStorage::fillMenu(QMenu *menu) const

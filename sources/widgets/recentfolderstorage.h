@@ -5,7 +5,7 @@
 
 class Folder;
 class QMenu;
-class QSettings;
+class Settings;
 
 /** The folders the user opened lately, oldest first, at most 15. */
 class RecentFolderStorage : public QObject
@@ -21,9 +21,8 @@ public:
     QStringList folders() const;
     void clear();
 
-    /** Read and write with the store positioned in the "Main Window" group. */
-    void readSettings(QSettings &settings);
-    void writeSettings(QSettings &settings) const;
+    void readSettings(const Settings &settings);
+    void writeSettings(Settings &settings) const;
 
     void fillMenu(QMenu *menu) const;
 
