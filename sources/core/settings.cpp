@@ -9,12 +9,25 @@ namespace {
 // The keys are what users have on disk: keep every text as it is, typos and
 // the leading slashes (which the store drops) included.
 const QString MainWindow = QStringLiteral("Main Window/");
-const QString FindDialog = MainWindow + QStringLiteral("FindDialog/");
+const QString WindowSize = MainWindow + QStringLiteral("size");
+const QString WindowPosition = MainWindow + QStringLiteral("pos");
+const QString WindowGeometry = MainWindow + QStringLiteral("geometry");
+const QString Commands = MainWindow + QStringLiteral("Commands");
+const QString FontSize = MainWindow + QStringLiteral("FontSize");
 const QString RecentFolders = MainWindow + QStringLiteral("RecentOpenFolder/");
-const QString DatabaseChoices = QStringLiteral("ConversionOptionsDialog/");
-const QString Diff = QStringLiteral("Diff/");
+const QString Filters = MainWindow + QStringLiteral("Filters");
+const QString Masks = MainWindow + QStringLiteral("Conversion/Masks");
+const QString FindDialog = MainWindow + QStringLiteral("FindDialog/");
+const QString FindFiles = FindDialog + QStringLiteral("FindFiles");
+const QString SearchIn = FindDialog + QStringLiteral("SearchIn");
+const QString FindText = FindDialog + QStringLiteral("FindText");
+const QString MatchCase = FindDialog + QStringLiteral("IsCaseValuse");
+const QString WholeWords = FindDialog + QStringLiteral("IsWholeWords");
+const QString PatternSyntax = FindDialog + QStringLiteral("PatternSynx");
+const QString IgnoreWhitespace = QStringLiteral("Diff/IgnoreWhitespace");
+const QString IgnoreCase = QStringLiteral("Diff/IgnoreCase");
 
-// The engine switches kept in the store, in the order they are read.
+// The engine switches kept in the "Main Window" group, in the order they are read.
 const QStringList EngineOptionKeys{
     QStringLiteral("/D"),     QStringLiteral("/U"),    QStringLiteral("/P"),
     QStringLiteral("SD"),     QStringLiteral("FD"),    QStringLiteral("SDC"),
@@ -22,19 +35,43 @@ const QStringList EngineOptionKeys{
     QStringLiteral(" ")};
 const QString PasswordKey = QStringLiteral("/P");
 
-const QString DefaultEncoding = QStringLiteral("System");
+// Keys of one side. The panels' keys name the screen side: the source is on the left.
+QString encodingKey(Settings::Side side)
+{
+    return side == Settings::Source ? QStringLiteral("/SRCENC=") : QStringLiteral("/TRGENC=");
+}
+
+QString platformKey(Settings::Side side)
+{
+    return MainWindow + (side == Settings::Source ? QStringLiteral("source")
+                                                  : QStringLiteral("target"));
+}
+
+QString diskKey(Settings::Side side)
+{
+    return MainWindow + (side == Settings::Source ? QStringLiteral("leftDisk")
+                                                  : QStringLiteral("rightDisk"));
+}
+
+QString panelGroup(Settings::Side side)
+{
+    return MainWindow + (side == Settings::Source ? QStringLiteral("leftPanel/")
+                                                  : QStringLiteral("rightPanel/"));
+}
+
+QString databaseKey(Settings::Side side)
+{
+    return side == Settings::Source ? QStringLiteral("ConversionOptionsDialog/SourceDatabase")
+                                    : QStringLiteral("ConversionOptionsDialog/TargetDatabase");
+}
+
+// The keys inside a panel's group, and the interface's key beside a side's database.
+const QString PanelPath = QStringLiteral("Path");
+const QString PanelMask = QStringLiteral("Mask");
+const QString PanelShowHidden = QStringLiteral("ShowHidden");
+const QString ApiSuffix = QStringLiteral("API");
+
 const QString AnyFile = QStringLiteral("*.*");
-
-QString sideName(Settings::Side side)
-{
-    return side == Settings::Source ? QStringLiteral("Source") : QStringLiteral("Target");
-}
-
-// The panel keys name the screen side: the source is on the left.
-QString screenSide(Settings::Side side)
-{
-    return side == Settings::Source ? QStringLiteral("left") : QStringLiteral("right");
-}
 
 } // namespace
 
@@ -61,28 +98,28 @@ QString Settings::application()
 
 QSize Settings::windowSize() const
 {
-    return value(MainWindow + QStringLiteral("size"), QSize(-1, -1)).toSize();
+    return value(WindowSize, QSize(-1, -1)).toSize();
 }
 
 QPoint Settings::windowPosition() const
 {
-    return value(MainWindow + QStringLiteral("pos"), QPoint(200, 200)).toPoint();
+    return value(WindowPosition, QPoint(200, 200)).toPoint();
 }
 
 void Settings::setWindowPlacement(const QSize &size, const QPoint &position)
 {
-    setValue(MainWindow + QStringLiteral("size"), size);
-    setValue(MainWindow + QStringLiteral("pos"), position);
+    setValue(WindowSize, size);
+    setValue(WindowPosition, position);
 }
 
 QByteArray Settings::windowGeometry() const
 {
-    return value(MainWindow + QStringLiteral("geometry")).toByteArray();
+    return value(WindowGeometry).toByteArray();
 }
 
 void Settings::setWindowGeometry(const QByteArray &geometry)
 {
-    setValue(MainWindow + QStringLiteral("geometry"), geometry);
+    setValue(WindowGeometry, geometry);
 }
 
 QByteArray Settings::splitterState(const QString &splitterName) const
@@ -97,7 +134,7 @@ void Settings::setSplitterState(const QString &splitterName, const QByteArray &s
 
 QStringList Settings::commands() const
 {
-    return value(MainWindow + QStringLiteral("Commands"))
+    return value(Commands)
         .toString()
         .split(QLatin1Char(';'), Qt::SkipEmptyParts);
 }
@@ -107,7 +144,7 @@ void Settings::setCommands(const QStringList &commands)
     QString stored;
     for (const QString &command : commands)
         stored += QLatin1Char(';') + command;
-    setValue(MainWindow + QStringLiteral("Commands"), stored);
+    setValue(Commands, stored);
 }
 
 QMap<QString, QString> Settings::engineOptions() const
@@ -134,24 +171,22 @@ void Settings::setEngineOptions(const QMap<QString, QString> &options)
 
 QString Settings::encodingOption(Side side) const
 {
-    return value(side == Source ? QStringLiteral("/SRCENC=") : QStringLiteral("/TRGENC="),
-                 DefaultEncoding)
-        .toString();
+    return value(encodingKey(side), QStringLiteral("System")).toString();
 }
 
 void Settings::setEncodingOption(Side side, const QString &encoding)
 {
-    setValue(side == Source ? QStringLiteral("/SRCENC=") : QStringLiteral("/TRGENC="), encoding);
+    setValue(encodingKey(side), encoding);
 }
 
 int Settings::fontSize() const
 {
-    return value(MainWindow + QStringLiteral("FontSize"), 12).toInt();
+    return value(FontSize, 12).toInt();
 }
 
 void Settings::setFontSize(int size)
 {
-    setValue(MainWindow + QStringLiteral("FontSize"), size);
+    setValue(FontSize, size);
 }
 
 QStringList Settings::recentFolders() const
@@ -188,122 +223,116 @@ void Settings::setRecentFolders(const QStringList &folders)
 
 QString Settings::platform(Side side) const
 {
-    if (side == Source)
-        return value(MainWindow + QStringLiteral("source"), QStringLiteral("Microsoft SQL Server"))
-            .toString();
-    return value(MainWindow + QStringLiteral("target"), QStringLiteral("Oracle")).toString();
+    return value(platformKey(side), side == Source ? QStringLiteral("Microsoft SQL Server")
+                                                   : QStringLiteral("Oracle"))
+        .toString();
 }
 
 void Settings::setPlatform(Side side, const QString &name)
 {
-    setValue(MainWindow + (side == Source ? QStringLiteral("source") : QStringLiteral("target")),
-             name);
+    setValue(platformKey(side), name);
 }
 
 QString Settings::disk(Side side) const
 {
-    return value(MainWindow + screenSide(side) + QStringLiteral("Disk"),
-                 QDir::toNativeSeparators(QDir::rootPath()))
-        .toString();
+    return value(diskKey(side), QDir::toNativeSeparators(QDir::rootPath())).toString();
 }
 
 void Settings::setDisk(Side side, const QString &disk)
 {
-    setValue(MainWindow + screenSide(side) + QStringLiteral("Disk"), disk);
+    setValue(diskKey(side), disk);
 }
 
 Settings::PanelState Settings::panel(Side side) const
 {
-    const QString group = MainWindow + screenSide(side) + QStringLiteral("Panel/");
+    const QString group = panelGroup(side);
     PanelState state;
-    state.path = value(group + QStringLiteral("Path")).toString();
-    state.mask = value(group + QStringLiteral("Mask"), state.mask).toString();
-    state.showHidden = value(group + QStringLiteral("ShowHidden"), state.showHidden).toBool();
+    state.path = value(group + PanelPath).toString();
+    state.mask = value(group + PanelMask, state.mask).toString();
+    state.showHidden = value(group + PanelShowHidden, state.showHidden).toBool();
     return state;
 }
 
 void Settings::setPanel(Side side, const PanelState &state)
 {
-    const QString group = MainWindow + screenSide(side) + QStringLiteral("Panel/");
-    setValue(group + QStringLiteral("Path"), state.path);
-    setValue(group + QStringLiteral("Mask"), state.mask);
-    setValue(group + QStringLiteral("ShowHidden"), state.showHidden);
+    const QString group = panelGroup(side);
+    setValue(group + PanelPath, state.path);
+    setValue(group + PanelMask, state.mask);
+    setValue(group + PanelShowHidden, state.showHidden);
 }
 
 QString Settings::filters() const
 {
-    return value(MainWindow + QStringLiteral("Filters"), AnyFile).toString();
+    return value(Filters, AnyFile).toString();
 }
 
 void Settings::setFilters(const QString &history)
 {
-    setValue(MainWindow + QStringLiteral("Filters"), history);
+    setValue(Filters, history);
 }
 
 QString Settings::masks() const
 {
-    return value(MainWindow + QStringLiteral("Conversion/Masks"), AnyFile).toString();
+    return value(Masks, AnyFile).toString();
 }
 
 void Settings::setMasks(const QString &history)
 {
-    setValue(MainWindow + QStringLiteral("Conversion/Masks"), history);
+    setValue(Masks, history);
 }
 
 Settings::DatabaseChoice Settings::databaseChoice(Side side) const
 {
-    const QString key = DatabaseChoices + sideName(side) + QStringLiteral("Database");
-    return {value(key).toString(), value(key + QStringLiteral("API")).toString()};
+    return {value(databaseKey(side)).toString(), value(databaseKey(side) + ApiSuffix).toString()};
 }
 
 void Settings::setDatabaseChoice(Side side, const DatabaseChoice &choice)
 {
-    const QString key = DatabaseChoices + sideName(side) + QStringLiteral("Database");
-    setValue(key, choice.database);
-    setValue(key + QStringLiteral("API"), choice.api);
+    setValue(databaseKey(side), choice.database);
+    setValue(databaseKey(side) + ApiSuffix, choice.api);
 }
 
 Settings::FindOptions Settings::findOptions(const QString &folder) const
 {
     FindOptions options;
-    options.files = value(FindDialog + QStringLiteral("FindFiles"),
+    options.files = value(FindFiles,
                           QStringLiteral("*.*;PowerBuilder Source Files (*.srd, *.srw, *.sru, "
                                          "*.srf, *.srs, *.srq, *.sra, *.srm)"))
                         .toString();
-    options.folder = value(FindDialog + QStringLiteral("SearchIn"), folder).toString();
-    options.text = value(FindDialog + QStringLiteral("FindText")).toString();
-    options.matchCase = value(FindDialog + QStringLiteral("IsCaseValuse"), false).toBool();
-    options.wholeWords = value(FindDialog + QStringLiteral("IsWholeWords"), false).toBool();
-    options.patternSyntax = value(FindDialog + QStringLiteral("PatternSynx"), 0).toInt();
+    options.folder = value(SearchIn, folder).toString();
+    options.text = value(FindText).toString();
+    options.matchCase = value(MatchCase, false).toBool();
+    options.wholeWords = value(WholeWords, false).toBool();
+    options.patternSyntax = value(PatternSyntax, 0).toInt();
     return options;
 }
 
 void Settings::setFindOptions(const FindOptions &options)
 {
-    setValue(FindDialog + QStringLiteral("FindFiles"), options.files);
-    setValue(FindDialog + QStringLiteral("SearchIn"), options.folder);
-    setValue(FindDialog + QStringLiteral("FindText"), options.text);
-    setValue(FindDialog + QStringLiteral("IsCaseValuse"), options.matchCase);
-    setValue(FindDialog + QStringLiteral("IsWholeWords"), options.wholeWords);
-    setValue(FindDialog + QStringLiteral("PatternSynx"), options.patternSyntax);
+    setValue(FindFiles, options.files);
+    setValue(SearchIn, options.folder);
+    setValue(FindText, options.text);
+    setValue(MatchCase, options.matchCase);
+    setValue(WholeWords, options.wholeWords);
+    setValue(PatternSyntax, options.patternSyntax);
 }
 
 bool Settings::diffIgnoresWhitespace() const
 {
-    return value(Diff + QStringLiteral("IgnoreWhitespace"), true).toBool();
+    return value(IgnoreWhitespace, true).toBool();
 }
 
 void Settings::setDiffIgnoresWhitespace(bool ignore)
 {
-    setValue(Diff + QStringLiteral("IgnoreWhitespace"), ignore);
+    setValue(IgnoreWhitespace, ignore);
 }
 
 bool Settings::diffIgnoresCase() const
 {
-    return value(Diff + QStringLiteral("IgnoreCase"), false).toBool();
+    return value(IgnoreCase, false).toBool();
 }
 
 void Settings::setDiffIgnoresCase(bool ignore)
 {
-    setValue(Diff + QStringLiteral("IgnoreCase"), ignore);
+    setValue(IgnoreCase, ignore);
 }
