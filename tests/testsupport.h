@@ -3,6 +3,7 @@
 #include "settings.h"
 
 #include <QDir>
+#include <cstdio>
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -31,7 +32,24 @@ public:
         QDir().mkpath(full);
         return full;
     }
+
+    /** Creates a file whose name is given as raw bytes, valid UTF-8 or not. */
+    void createRawFile(const QByteArray &name, const QByteArray &bytes) const
+    {
+        const QByteArray full = QFile::encodeName(path()) + '/' + name;
+        QFile file;
+        if (!file.open(fopen(full.constData(), "wb"), QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
+            qFatal("cannot create %s", full.constData());
+        file.write(bytes);
+    }
 };
+
+/** The bytes of the file at @p path, or "<unreadable>". */
+inline QByteArray fileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
+}
 
 /**
  * Keeps every test away from the user's real settings and folders, and starts
@@ -44,8 +62,46 @@ inline void useTestSettings()
 }
 
 #ifdef QT_WIDGETS_LIB
+#include <QAbstractButton>
 #include <QApplication>
+#include <QPushButton>
+#include <QMessageBox>
+#include <QPointer>
 #include <functional>
+
+/**
+ * Answers every message box while it lives: with @p button when the box has it,
+ * else with the box's default button. Records the last box's text and buttons.
+ */
+class BoxAnswer : public QObject
+{
+public:
+    explicit BoxAnswer(QMessageBox::StandardButton button)
+        : m_button(button)
+    {
+        auto *timer = new QTimer(this);
+        connect(timer, &QTimer::timeout, this, [this] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (!box || box == m_last)
+                return;
+            m_last = box;
+            ++count;
+            text = box->text();
+            buttons = box->standardButtons();
+            QAbstractButton *button = box->button(m_button);
+            button = button ? button : box->defaultButton();
+            (button ? button : box->buttons().value(0))->click();
+        });
+        timer->start(10);
+    }
+    QString text;
+    QMessageBox::StandardButtons buttons;
+    int count = 0;
+
+private:
+    QMessageBox::StandardButton m_button;
+    QPointer<QMessageBox> m_last;
+};
 
 /**
  * Runs @p action on the next modal widget other than @p notThis, polled so

@@ -20,51 +20,12 @@ namespace {
 // turn it back on before the application reads its logging rules.
 const bool debugOutputOn = qputenv("QT_LOGGING_RULES", "*.debug=true;qt.*.debug=false");
 
-/**
- * Answers every message box while it lives: with @p button when the box has it,
- * else with the box's default button. Records the last box's text and buttons.
- */
-class BoxAnswer : public QObject
-{
-public:
-    explicit BoxAnswer(QMessageBox::StandardButton button)
-        : m_button(button)
-    {
-        auto *timer = new QTimer(this);
-        connect(timer, &QTimer::timeout, this, [this] {
-            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-            if (!box || box == m_last)
-                return;
-            m_last = box;
-            ++count;
-            text = box->text();
-            buttons = box->standardButtons();
-            QAbstractButton *button = box->button(m_button);
-            button = button ? button : box->defaultButton();
-            (button ? button : box->buttons().value(0))->click();
-        });
-        timer->start(10);
-    }
-    QString text;
-    QMessageBox::StandardButtons buttons;
-    int count = 0;
-
-private:
-    QMessageBox::StandardButton m_button;
-    QPointer<QMessageBox> m_last;
-};
-
 QByteArray encoded(QTextCodec *codec, const QString &text)
 {
     QTextCodec::ConverterState noHeader(QTextCodec::IgnoreHeader);
     return codec->fromUnicode(text.constData(), text.size(), &noHeader);
 }
 
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
 
 } // namespace
 
@@ -173,7 +134,7 @@ private Q_SLOTS:
         QVERIFY(!edit->isModified());
         QString expected = text;
         expected.insert(text.indexOf(QLatin1Char('\n')) + 1, QLatin1Char('X'));
-        QCOMPARE(readAll(path), bom + encoded(c, expected));
+        QCOMPARE(fileBytes(path), bom + encoded(c, expected));
     }
 
     void operationsWithoutEditor()
@@ -243,7 +204,7 @@ private Q_SLOTS:
         BoxAnswer ok(QMessageBox::Ok);
         QVERIFY(!edit->save());
         QCOMPARE(ok.count, 1);
-        QCOMPARE(readAll(path), bytes);
+        QCOMPARE(fileBytes(path), bytes);
     }
 
     // Files too large for the editor, or with too long a line, open read-only in
@@ -314,7 +275,7 @@ private Q_SLOTS:
         QApplication::setActiveWindow(m_host);
         QVERIFY(QTest::qWaitForWindowActive(m_host));
         QTest::keyClick(edit->editorWidget(), Qt::Key_S, Qt::ControlModifier);
-        QCOMPARE(readAll(m_dir->filePath(QStringLiteral("k.sql"))), QByteArray("typed a\n"));
+        QCOMPARE(fileBytes(m_dir->filePath(QStringLiteral("k.sql"))), QByteArray("typed a\n"));
         QVERIFY(!edit->isModified());
         auto *findEdit = edit->widget()->findChild<QLineEdit *>();
         QVERIFY(!findEdit->isVisible());
@@ -389,7 +350,7 @@ private Q_SLOTS:
             QTest::qWait(100);
             QVERIFY(!edit->notice().contains(QLatin1String("reloaded")));
         }
-        QCOMPARE(readAll(path), onDisk);
+        QCOMPARE(fileBytes(path), onDisk);
     }
 
     // A file whose mode forbids writing opens read-only, and says so.
@@ -432,7 +393,7 @@ private Q_SLOTS:
         QVERIFY(!edit->errorString().isEmpty());
         QVERIFY(edit->isModified());
         QCOMPARE(edit->lineText(0), QStringLiteral("changed original"));
-        QCOMPARE(readAll(readOnlyFile ? path : folder),
+        QCOMPARE(fileBytes(readOnlyFile ? path : folder),
                  QByteArray(readOnlyFile ? "original\n" : "I am a file now"));
     }
 
@@ -449,7 +410,7 @@ private Q_SLOTS:
         }
         BoxAnswer yes(QMessageBox::Yes);
         QVERIFY(edit->save());
-        QCOMPARE(readAll(path), QByteArray("ba\n"));
+        QCOMPARE(fileBytes(path), QByteArray("ba\n"));
     }
 
     void prompts_data()
@@ -502,7 +463,7 @@ private Q_SLOTS:
                                                         "Save changes to the file before closing?")
                                        : question);
         QCOMPARE(edit->widget()->isVisible(), !closing || !result);
-        QCOMPARE(readAll(m_dir->filePath(QStringLiteral("p.sql"))),
+        QCOMPARE(fileBytes(m_dir->filePath(QStringLiteral("p.sql"))),
                  QByteArray(saved ? "xa\ny" : "a\n"));
         QCOMPARE(edit->text(),
                  QString::fromLatin1(replaced ? "new\n" : reverted ? "a\n" : "xa\ny"));
