@@ -18,21 +18,233 @@ class TestConversion : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void engineReceivesItsCommand();
-    void failures_data();
-    void failures();
-    void unreadableTablesDdl();
-    void stopEvent_data();
-    void stopEvent();
-    void terminateEndsChildren();
-    void flood();
-    void defaultEngineConvertsSamples();
-    void defaultEngineConvertsExactlyTheSelection();
+    void initTestCase()
+    {
+        useTestSettings();
+    }
+
+    void init()
+    {
+        m_dir = std::make_unique<TestDir>();
+        m_conversion = std::make_unique<Conversion>(nullptr);
+        m_conversion->setEngineProgram(QStringLiteral(TEST_ENGINE_PATH));
+        m_conversion->setDdlFolder(m_dir->createDir(QStringLiteral("ddl")));
+        m_conversion->setCopyFolder(m_dir->filePath(QStringLiteral("copy")));
+        m_conversion->setOutputDir(m_dir->createDir(QStringLiteral("out")));
+        m_conversion->setSourceConversion(QStringLiteral("Microsoft SQL Server"));
+        m_conversion->setTargetConversion(QStringLiteral("PostgreSQL"));
+        m_conversion->setFile({QStringLiteral("/x.sql")});
+        m_argsFile = m_dir->filePath(QStringLiteral("args.txt"));
+        m_inputFile = m_dir->filePath(QStringLiteral("input.txt"));
+    }
+
+    void engineReceivesItsCommand()
+    {
+        const QString first = m_dir->createFile(QStringLiteral("in/a b.sql"), "select 1;");
+        const QString second = m_dir->createFile(QStringLiteral("in/it's \"q\" \xc3\xa9t\xc3\xa9.sql"), "x");
+        m_conversion->setFile({first, second});
+        m_conversion->setSourceConversion(QStringLiteral("NonStop SQL/MX"));
+        m_conversion->setSourceConversionOption(QStringLiteral("DB2"), QStringLiteral("Odbc"));
+        m_conversion->setEngineOptions({{"/U", "user"}, {"/P", "s3cr3t"}, {"/PRJF=", "/p/x.prj"}});
+        m_conversion->setEncodings(QStringLiteral("System"), QStringLiteral("UTF-8"));
+
+        const QStringList expected = engineCommand(m_conversion->request()).arguments;
+        const QStringList arguments = runEngine(QStringLiteral("out done\\n"));
+        QCOMPARE(arguments, expected);
+        // The password travels on standard input only; the log masks it.
+        for (const QString &argument : arguments)
+            QVERIFY2(!argument.contains(QStringLiteral("s3cr3t")), qPrintable(argument));
+        QVERIFY(arguments.last().startsWith(QStringLiteral("/P- ")));
+        QCOMPARE(fileBytes(m_inputFile), QByteArray("s3cr3t\n"));
+        QVERIFY(!log().contains(QStringLiteral("s3cr3t")));
+        QVERIFY2(log().startsWith(QStringLiteral(TEST_ENGINE_PATH " /F=")), qPrintable(log()));
+        QVERIFY(log().contains(QStringLiteral("/P**** /PRJF=")));
+        QVERIFY(log().contains(QStringLiteral("done")));
+    }
+
+    void unreadableTablesDdl()
+    {
+        // A folder in place of the file: it cannot be read, whoever runs the test.
+        const QString ddl = m_dir->createDir(QStringLiteral("ddl/tables_ddl.sql"));
+        const QStringList arguments = runEngine(QString());
+        QVERIFY(arguments.contains(QStringLiteral("/TBLDDL=\"%1\"").arg(ddl)));
+        QVERIFY(log().contains(QStringLiteral("cannot be read")));
+    }
+
+    void stopEvent_data()
+    {
+        QTest::addColumn<bool>("blocked");
+        QTest::newRow("made for the run, handed over, removed after it") << false;
+        QTest::newRow("cannot be made: said in the log, the run goes on") << true;
+    }
+
+    void stopEvent()
+    {
+        QFETCH(bool, blocked);
+        // Another user's event under the old fixed name, with a request pending,
+        // is none of this run's business.
+        sem_t *old = sem_open("/MorvaneStopEvent", O_CREAT, 0600, 0);
+        if (old != SEM_FAILED) {
+            sem_post(old);
+            sem_close(old);
+        }
+        const QByteArray next = EventSender::nameForRun(Conversion::runCount() + 1);
+        QVERIFY(next.contains("." + QByteArray::number(qulonglong(getuid())) + "."
+                              + QByteArray::number(QCoreApplication::applicationPid()) + "."));
+        QVERIFY(EventSender::nameForRun(1) != EventSender::nameForRun(2)); // one a run
+        // A folder where the semaphore would go makes it impossible to create.
+        const QString shm = QStringLiteral("/dev/shm/sem.") + QString::fromLatin1(next.mid(1));
+        if (blocked)
+            QVERIFY(QDir().mkpath(shm));
+        const QStringList arguments = runEngine(QStringLiteral("ticks 3 10 tick"));
+        if (blocked)
+            QDir().rmdir(shm);
+        sem_unlink("/MorvaneStopEvent");
+        QVERIFY2(log().contains(QStringLiteral("tick 2")), qPrintable(log()));
+        QCOMPARE(m_conversion->stopEventName(), blocked ? QByteArray() : next);
+        QCOMPARE(log().contains(QStringLiteral("could not be made")), blocked);
+        // Gone with the run: nothing piles up in /dev/shm.
+        QVERIFY(!QFileInfo::exists(shm));
+    }
+
+    void terminateEndsChildren()
+    {
+        const QString pidFile = m_dir->filePath(QStringLiteral("child.pid"));
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TESTENGINE_SCRIPT"),
+                           QStringLiteral("inline:child %1\nsleep 60000").arg(pidFile));
+        process()->setProcessEnvironment(environment);
+        QVERIFY(m_conversion->start());
+        QTRY_VERIFY(QFileInfo(pidFile).size() > 0);
+        const pid_t child = fileBytes(pidFile).trimmed().toInt();
+        QVERIFY(child > 0);
+        QCOMPARE(::kill(child, 0), 0);
+
+        m_conversion->terminate();
+        QVERIFY(process()->waitForFinished(5000));
+        // Gone, or a zombie waiting for whoever adopted it.
+        const auto alive = [child] {
+            QFile stat(QStringLiteral("/proc/%1/stat").arg(child));
+            if (!stat.open(QIODevice::ReadOnly))
+                return false;
+            const QByteArray text = stat.readAll();
+            return text.mid(text.lastIndexOf(')') + 2, 1) != "Z";
+        };
+        QTRY_VERIFY(!alive());
+    }
+
+    void flood()
+    {
+        QSignalSpy errors(m_conversion.get(), &Conversion::errorsChanged);
+        // About 100 MB of engine-like output.
+        const QStringList arguments = runEngine(QStringLiteral("lines 2200000"), 180000);
+        QVERIFY(!arguments.isEmpty() && arguments.first() != QLatin1String("<timeout>"));
+        QCOMPARE(process()->exitCode(), 0);
+        QVERIFY(m_conversion->output().size() >= 100000000);
+        QVERIFY(!errors.isEmpty());
+        // Every error but those of the last script, which no later script follows.
+        QVERIFY(m_conversion->errors().size() > m_conversion->outputParser().allErrors().size() - 2);
+    }
+
+    void defaultEngineConvertsSamples()
+    {
+        if (!useDefaultEngine())
+            QSKIP("the default engine is not built");
+        const QDir samples(QStringLiteral(TEST_SOURCE_DIR "/samples/sql"));
+        QStringList files;
+        for (const QString &name : samples.entryList({QStringLiteral("*.sql")}, QDir::Files, QDir::Name))
+            files << samples.filePath(name);
+        QVERIFY(files.size() >= 4);
+        m_conversion->setFile(files);
+        runEngine(QString(), 60000);
+        QCOMPARE(process()->exitCode(), 0);
+        const QDir out(m_dir->filePath(QStringLiteral("out")));
+        for (const QString &file : files)
+            QVERIFY2(out.exists(QFileInfo(file).fileName()), qPrintable(log()));
+        // The deliberate error in monthly_report.sql, reported once the next script started.
+        QCOMPARE(m_conversion->errors().size(), 1);
+        QCOMPARE(m_conversion->errors().at(0).file, samples.filePath(QStringLiteral("monthly_report.sql")));
+        QCOMPARE(m_conversion->errors().at(0).line, 8);
+
+        // An encoding the engine cannot use: one clear message, non-zero exit.
+        m_conversion->setEncodings(QStringLiteral("TSCII"), QStringLiteral("System"));
+        runEngine(QString(), 60000);
+        QCOMPARE(process()->exitCode(), 2);
+        QVERIFY2(log().contains(QStringLiteral("The encoding 'TSCII'")), qPrintable(log()));
+
+        // The output folder is the script's own through a link: the source stays as it is.
+        const QByteArray text("SELECT TOP 1 a FROM t;\n");
+        const QString source = m_dir->createFile(QStringLiteral("own/s.sql"), text);
+        QVERIFY(QFile::link(m_dir->filePath(QStringLiteral("own")), m_dir->filePath(QStringLiteral("same"))));
+        m_conversion->setFile({source});
+        m_conversion->setOutputDir(m_dir->filePath(QStringLiteral("same")));
+        m_conversion->setEncodings(QStringLiteral("IBM 850"), QStringLiteral("System"));
+        runEngine(QString(), 60000);
+        QVERIFY2(log().contains(QStringLiteral("Skipped")), qPrintable(log()));
+        QCOMPARE(fileBytes(source), text);
+    }
+
+    void defaultEngineConvertsExactlyTheSelection()
+    {
+        if (!useDefaultEngine())
+            QSKIP("the default engine is not built");
+        // Names that a bar-joined, blank-stripped, wildcard-expanded list would
+        // read as other files, next to the files they would be read as.
+        const QStringList selected{QStringLiteral("b| c.sql"), QStringLiteral("star*.sql"),
+                                   QStringLiteral(" blank .sql"), QStringLiteral("two\nlines.sql")};
+        const QStringList decoys{QStringLiteral("b"), QStringLiteral("c.sql"),
+                                 QStringLiteral("starlet.sql"), QStringLiteral("blank .sql"),
+                                 QStringLiteral("two"), QStringLiteral("lines.sql")};
+        QStringList files;
+        for (const QString &name : selected)
+            files << m_dir->createFile(QStringLiteral("in/") + name, "SELECT TOP 1 a FROM t;\n");
+        for (const QString &name : decoys)
+            m_dir->createFile(QStringLiteral("in/") + name, "SELECT TOP 2 b FROM u;\n");
+        m_conversion->setFile(files);
+        runEngine(QString(), 60000);
+        QCOMPARE(process()->exitCode(), 0);
+        QDir out(m_dir->filePath(QStringLiteral("out")));
+        QStringList written = out.entryList(QDir::Files | QDir::Hidden);
+        QStringList expected = selected;
+        written.sort();
+        expected.sort();
+        QCOMPARE(written, expected);
+    }
 
 private:
-    QStringList runEngine(const QString &script, int timeout = 20000);
+    // Points the run at the default engine; false when it is not built.
+
+    bool useDefaultEngine()
+    {
+        const QString engine = QFileInfo(QStringLiteral(TEST_ENGINE_PATH)).absolutePath()
+                               + QStringLiteral("/morvane");
+        m_conversion->setEngineProgram(engine);
+        m_conversion->setEncodings(QStringLiteral("System"), QStringLiteral("System"));
+        return QFileInfo(engine).isExecutable();
+    }
+
+    QStringList runEngine(const QString &script, int timeout = 20000)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TESTENGINE_SCRIPT"), QStringLiteral("inline:") + script);
+        environment.insert(QStringLiteral("TESTENGINE_ARGS"), m_argsFile);
+        environment.insert(QStringLiteral("TESTENGINE_STDIN"), m_inputFile);
+        process()->setProcessEnvironment(environment);
+        QFile::remove(m_argsFile);
+        if (!m_conversion->start())
+            return {};
+        if (!process()->waitForFinished(timeout))
+            return {QStringLiteral("<timeout>")};
+        // The last bytes may still sit in the pipe.
+        m_conversion->readStandardOutput();
+        QFile file(m_argsFile);
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        QStringList arguments = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+        arguments.removeLast();
+        return arguments;
+    }
+
     QString log() const { return QString::fromUtf8(m_conversion->output()); }
     QProcess *process() const { return m_conversion->process(); }
 
@@ -41,262 +253,6 @@ private:
     QString m_argsFile;
     QString m_inputFile;
 };
-
-void TestConversion::initTestCase()
-{
-    useTestSettings();
-}
-
-void TestConversion::init()
-{
-    m_dir = std::make_unique<TestDir>();
-    m_conversion = std::make_unique<Conversion>(nullptr);
-    m_conversion->setEngineProgram(QStringLiteral(TEST_ENGINE_PATH));
-    m_conversion->setDdlFolder(m_dir->createDir(QStringLiteral("ddl")));
-    m_conversion->setCopyFolder(m_dir->filePath(QStringLiteral("copy")));
-    m_conversion->setOutputDir(m_dir->createDir(QStringLiteral("out")));
-    m_conversion->setSourceConversion(QStringLiteral("Microsoft SQL Server"));
-    m_conversion->setTargetConversion(QStringLiteral("PostgreSQL"));
-    m_conversion->setFile({QStringLiteral("/x.sql")});
-    m_argsFile = m_dir->filePath(QStringLiteral("args.txt"));
-    m_inputFile = m_dir->filePath(QStringLiteral("input.txt"));
-}
-
-QStringList TestConversion::runEngine(const QString &script, int timeout)
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TESTENGINE_SCRIPT"), QStringLiteral("inline:") + script);
-    environment.insert(QStringLiteral("TESTENGINE_ARGS"), m_argsFile);
-    environment.insert(QStringLiteral("TESTENGINE_STDIN"), m_inputFile);
-    process()->setProcessEnvironment(environment);
-    QFile::remove(m_argsFile);
-    if (!m_conversion->start())
-        return {};
-    if (!process()->waitForFinished(timeout))
-        return {QStringLiteral("<timeout>")};
-    // The last bytes may still sit in the pipe.
-    m_conversion->readStandardOutput();
-    QFile file(m_argsFile);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QStringList arguments = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-    arguments.removeLast();
-    return arguments;
-}
-
-void TestConversion::engineReceivesItsCommand()
-{
-    const QString first = m_dir->createFile(QStringLiteral("in/a b.sql"), "select 1;");
-    const QString second = m_dir->createFile(QStringLiteral("in/it's \"q\" \xc3\xa9t\xc3\xa9.sql"), "x");
-    m_conversion->setFile({first, second});
-    m_conversion->setSourceConversion(QStringLiteral("NonStop SQL/MX"));
-    m_conversion->setSourceConversionOption(QStringLiteral("DB2"), QStringLiteral("Odbc"));
-    m_conversion->setEngineOptions({{"/U", "user"}, {"/P", "s3cr3t"}, {"/PRJF=", "/p/x.prj"}});
-    m_conversion->setEncodings(QStringLiteral("System"), QStringLiteral("UTF-8"));
-
-    const QStringList expected = engineCommand(m_conversion->request()).arguments;
-    const QStringList arguments = runEngine(QStringLiteral("out done\\n"));
-    QCOMPARE(arguments, expected);
-    QCOMPARE(arguments.first(), QStringLiteral("/F=\"%1| %2\"").arg(first, second));
-    QCOMPARE(arguments.value(2), QStringLiteral("/SOURCE=NonStopSQLMX"));
-    // The password travels on standard input only; the log masks it.
-    for (const QString &argument : arguments)
-        QVERIFY2(!argument.contains(QStringLiteral("s3cr3t")), qPrintable(argument));
-    QVERIFY(arguments.last().startsWith(QStringLiteral("/P- ")));
-    QFile input(m_inputFile);
-    QVERIFY(input.open(QIODevice::ReadOnly));
-    QCOMPARE(input.readAll(), QByteArray("s3cr3t\n"));
-    QVERIFY(!log().contains(QStringLiteral("s3cr3t")));
-    QVERIFY2(log().startsWith(QStringLiteral(TEST_ENGINE_PATH " /F=")), qPrintable(log()));
-    QVERIFY(log().contains(QStringLiteral("/P**** /PRJF=")));
-    QVERIFY(log().contains(QStringLiteral("done")));
-}
-
-void TestConversion::failures_data()
-{
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("engine not on PATH") << "morvane-engine-that-is-nowhere"
-                                        << "was not found beside the application";
-    QTest::newRow("output folder removed") << TEST_ENGINE_PATH << "does not exist; nothing was converted";
-    QTest::newRow("no files") << TEST_ENGINE_PATH << "Incorrect source file or destination path '";
-}
-
-void TestConversion::failures()
-{
-    QFETCH(QString, program);
-    QFETCH(QString, message);
-    m_conversion->setEngineProgram(program);
-    if (QTest::currentDataTag() == QLatin1String("no files"))
-        m_conversion->setFile({});
-    if (QTest::currentDataTag() == QLatin1String("output folder removed"))
-        QVERIFY(QDir(m_dir->filePath(QStringLiteral("out"))).removeRecursively());
-    QSignalSpy changed(m_conversion.get(), &Conversion::standardOutputChanged);
-    QVERIFY(!m_conversion->start());
-    QCOMPARE(m_conversion->state(), QProcess::NotRunning);
-    QVERIFY(m_conversion->stopEventName().isEmpty());
-    QVERIFY(!changed.isEmpty());
-    QVERIFY2(log().contains(message), qPrintable(log()));
-}
-
-void TestConversion::unreadableTablesDdl()
-{
-    // A folder in place of the file: it cannot be read, whoever runs the test.
-    const QString ddl = m_dir->createDir(QStringLiteral("ddl/tables_ddl.sql"));
-    const QStringList arguments = runEngine(QString());
-    QVERIFY(arguments.contains(QStringLiteral("/TBLDDL=\"%1\"").arg(ddl)));
-    QVERIFY(log().contains(QStringLiteral("cannot be read")));
-}
-
-void TestConversion::stopEvent_data()
-{
-    QTest::addColumn<bool>("blocked");
-    QTest::newRow("made for the run, handed over, removed after it") << false;
-    QTest::newRow("cannot be made: said in the log, the run goes on") << true;
-}
-
-void TestConversion::stopEvent()
-{
-    QFETCH(bool, blocked);
-    // Another user's event under the old fixed name, with a request pending,
-    // is none of this run's business.
-    sem_t *old = sem_open("/MorvaneStopEvent", O_CREAT, 0600, 0);
-    if (old != SEM_FAILED) {
-        sem_post(old);
-        sem_close(old);
-    }
-    const QByteArray next = EventSender::nameForRun(Conversion::runCount() + 1);
-    QVERIFY(next.contains("." + QByteArray::number(qulonglong(getuid())) + "."
-                          + QByteArray::number(QCoreApplication::applicationPid()) + "."));
-    // A folder where the semaphore would go makes it impossible to create.
-    const QString shm = QStringLiteral("/dev/shm/sem.") + QString::fromLatin1(next.mid(1));
-    if (blocked)
-        QVERIFY(QDir().mkpath(shm));
-    const QStringList arguments = runEngine(QStringLiteral("ticks 3 10 tick"));
-    if (blocked)
-        QDir().rmdir(shm);
-    sem_unlink("/MorvaneStopEvent");
-    QVERIFY2(log().contains(QStringLiteral("tick 2")), qPrintable(log()));
-    QCOMPARE(m_conversion->stopEventName(), blocked ? QByteArray() : next);
-    QCOMPARE(log().contains(QStringLiteral("could not be made")), blocked);
-    // Gone with the run: nothing piles up in /dev/shm.
-    QVERIFY(!QFileInfo::exists(shm));
-}
-
-void TestConversion::terminateEndsChildren()
-{
-    const QString pidFile = m_dir->filePath(QStringLiteral("child.pid"));
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TESTENGINE_SCRIPT"),
-                       QStringLiteral("inline:child %1\nsleep 60000").arg(pidFile));
-    process()->setProcessEnvironment(environment);
-    QVERIFY(m_conversion->start());
-    QTRY_VERIFY(QFileInfo(pidFile).size() > 0);
-    QFile file(pidFile);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const pid_t child = file.readAll().trimmed().toInt();
-    QVERIFY(child > 0);
-    QCOMPARE(::kill(child, 0), 0);
-
-    m_conversion->terminate();
-    QVERIFY(process()->waitForFinished(5000));
-    // Gone, or a zombie waiting for whoever adopted it.
-    const auto alive = [child] {
-        QFile stat(QStringLiteral("/proc/%1/stat").arg(child));
-        if (!stat.open(QIODevice::ReadOnly))
-            return false;
-        const QByteArray text = stat.readAll();
-        return text.mid(text.lastIndexOf(')') + 2, 1) != "Z";
-    };
-    QTRY_VERIFY(!alive());
-}
-
-void TestConversion::flood()
-{
-    QSignalSpy errors(m_conversion.get(), &Conversion::errorsChanged);
-    const QStringList arguments = runEngine(QStringLiteral("flood 100000000"), 180000);
-    QVERIFY(!arguments.isEmpty() && arguments.first() != QLatin1String("<timeout>"));
-    QCOMPARE(process()->exitCode(), 0);
-    QVERIFY(m_conversion->output().size() >= 100000000);
-    QVERIFY(!errors.isEmpty());
-    // Every error but those of the last script, which no later script follows.
-    QVERIFY(m_conversion->errors().size() > m_conversion->outputParser().allErrors().size() - 2);
-}
-
-void TestConversion::defaultEngineConvertsSamples()
-{
-    const QString engine = QFileInfo(QStringLiteral(TEST_ENGINE_PATH)).absolutePath()
-                           + QStringLiteral("/morvane");
-    if (!QFileInfo(engine).isExecutable())
-        QSKIP("the default engine is not built");
-    const QDir samples(QStringLiteral(TEST_SOURCE_DIR "/samples/sql"));
-    QStringList files;
-    for (const QString &name : samples.entryList({QStringLiteral("*.sql")}, QDir::Files, QDir::Name))
-        files << samples.filePath(name);
-    QVERIFY(files.size() >= 4);
-    m_conversion->setEngineProgram(engine);
-    m_conversion->setFile(files);
-    m_conversion->setEncodings(QStringLiteral("System"), QStringLiteral("System"));
-    runEngine(QString(), 60000);
-    QCOMPARE(process()->exitCode(), 0);
-    const QDir out(m_dir->filePath(QStringLiteral("out")));
-    for (const QString &file : files)
-        QVERIFY2(out.exists(QFileInfo(file).fileName()), qPrintable(log()));
-    // The deliberate error in monthly_report.sql, reported once the next script started.
-    QCOMPARE(m_conversion->errors().size(), 1);
-    QCOMPARE(m_conversion->errors().at(0).file, samples.filePath(QStringLiteral("monthly_report.sql")));
-    QCOMPARE(m_conversion->errors().at(0).line, 8);
-
-    // An encoding the engine cannot use: one clear message, non-zero exit.
-    m_conversion->setEncodings(QStringLiteral("TSCII"), QStringLiteral("System"));
-    runEngine(QString(), 60000);
-    QCOMPARE(process()->exitCode(), 2);
-    QVERIFY2(log().contains(QStringLiteral("The encoding 'TSCII'")), qPrintable(log()));
-
-    // The output folder is the script's own through a link: the source stays as it is.
-    const QByteArray text("SELECT TOP 1 a FROM t;\n");
-    const QString source = m_dir->createFile(QStringLiteral("own/s.sql"), text);
-    QVERIFY(QFile::link(m_dir->filePath(QStringLiteral("own")), m_dir->filePath(QStringLiteral("same"))));
-    m_conversion->setFile({source});
-    m_conversion->setOutputDir(m_dir->filePath(QStringLiteral("same")));
-    m_conversion->setEncodings(QStringLiteral("IBM 850"), QStringLiteral("System"));
-    runEngine(QString(), 60000);
-    QVERIFY2(log().contains(QStringLiteral("Skipped")), qPrintable(log()));
-    QFile written(source);
-    QVERIFY(written.open(QIODevice::ReadOnly));
-    QCOMPARE(written.readAll(), text);
-}
-
-void TestConversion::defaultEngineConvertsExactlyTheSelection()
-{
-    const QString engine = QFileInfo(QStringLiteral(TEST_ENGINE_PATH)).absolutePath()
-                           + QStringLiteral("/morvane");
-    if (!QFileInfo(engine).isExecutable())
-        QSKIP("the default engine is not built");
-    // Names that a bar-joined, blank-stripped, wildcard-expanded list would
-    // read as other files, next to the files they would be read as.
-    const QStringList selected{QStringLiteral("b| c.sql"), QStringLiteral("star*.sql"),
-                               QStringLiteral(" blank .sql"), QStringLiteral("two\nlines.sql")};
-    const QStringList decoys{QStringLiteral("b"), QStringLiteral("c.sql"),
-                             QStringLiteral("starlet.sql"), QStringLiteral("blank .sql"),
-                             QStringLiteral("two"), QStringLiteral("lines.sql")};
-    QStringList files;
-    for (const QString &name : selected)
-        files << m_dir->createFile(QStringLiteral("in/") + name, "SELECT TOP 1 a FROM t;\n");
-    for (const QString &name : decoys)
-        m_dir->createFile(QStringLiteral("in/") + name, "SELECT TOP 2 b FROM u;\n");
-    m_conversion->setEngineProgram(engine);
-    m_conversion->setFile(files);
-    m_conversion->setEncodings(QStringLiteral("System"), QStringLiteral("System"));
-    runEngine(QString(), 60000);
-    QCOMPARE(process()->exitCode(), 0);
-    QDir out(m_dir->filePath(QStringLiteral("out")));
-    QStringList written = out.entryList(QDir::Files | QDir::Hidden);
-    QStringList expected = selected;
-    written.sort();
-    expected.sort();
-    QCOMPARE(written, expected);
-}
 
 QTEST_GUILESS_MAIN(TestConversion)
 #include "tst_conversion.moc"

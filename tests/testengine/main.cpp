@@ -1,5 +1,5 @@
 // Test engine. Behaviour comes from the environment:
-//   TESTENGINE_SCRIPT  the script, after "inline:", or the file holding it, after "file:"
+//   TESTENGINE_SCRIPT  the script, after "inline:"
 //   TESTENGINE_ARGS    a file that receives the arguments, one per line
 //   TESTENGINE_STDIN   a file that receives what the engine read on its
 //                      standard input (read to its end before the script runs)
@@ -10,7 +10,6 @@
 //   sleep MS             wait without looking at the stop event
 //   ticks N MS TEXT      print "TEXT <i>" N times, MS apart; on the stop event
 //                        print "Stopped" and exit 0
-//   flood BYTES          print BYTES of engine-like output
 //   lines N [MS]         print N lines of engine-like output: a script line
 //                        every 20 lines, an error in two scripts of five;
 //                        MS milliseconds of work after every 1000 lines
@@ -67,20 +66,6 @@ std::string unescape(const std::string &text)
     return out;
 }
 
-// Scripts of 20 lines, two in five with an error.
-void flood(long long bytes)
-{
-    std::string block;
-    for (int script = 0; script < 100; ++script) {
-        block += "Converting script (\"/data/in/script" + std::to_string(script) + ".sql\") to PostgreSQL\n";
-        for (int line = 1; line < 20; ++line)
-            block += line == 9 && script % 5 < 2 ? "line 9 - unexpected token 'GO'\n"
-                                                 : "  statement converted without remarks\n";
-    }
-    for (long long written = 0; written < bytes; written += static_cast<long long>(block.size()))
-        write(block);
-}
-
 void printLines(long count, long pause)
 {
     std::string block;
@@ -119,13 +104,6 @@ int main(int argc, char **argv)
     std::string text;
     if (script && std::strncmp(script, "inline:", 7) == 0) {
         text = script + 7;
-    } else if (script && std::strncmp(script, "file:", 5) == 0) {
-        std::ifstream file(script + 5);
-        if (!file) {
-            std::fprintf(stderr, "testengine: cannot read the script %s\n", script + 5);
-            return 9;
-        }
-        text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     }
     std::istringstream lines(text);
     std::string line;
@@ -156,8 +134,6 @@ int main(int argc, char **argv)
             long count = 0, pause = 0;
             parts >> count >> pause;
             printLines(count, pause);
-        } else if (command == "flood") {
-            flood(std::atoll(rest.c_str()));
         } else if (command == "exit") {
             return std::atoi(rest.c_str());
         } else if (command == "child") {
