@@ -48,6 +48,21 @@ TreeWidget *selectRow(Panel *panel, const QString &name)
     return nullptr;
 }
 
+// A shown window whose panels open on @p left and @p right (the stored ones when empty).
+std::unique_ptr<MainWindow> openWindow(const QString &left = {}, const QString &right = {})
+{
+    Settings settings;
+    if (!left.isEmpty())
+        settings.setValue(QStringLiteral("Main Window/leftPanel/Path"), left);
+    if (!right.isEmpty())
+        settings.setValue(QStringLiteral("Main Window/rightPanel/Path"), right);
+    auto window = std::make_unique<MainWindow>(nullptr, qApp, QString());
+    window->show();
+    if (!QTest::qWaitForWindowExposed(window.get()))
+        qWarning("the window was not exposed");
+    return window;
+}
+
 // Accepts the next modal dialog as soon as it shows.
 void acceptNextDialog()
 {
@@ -66,36 +81,21 @@ private Q_SLOTS:
     void initTestCase() { useTestSettings(); }
     void init() { Settings().clear(); }
 
-    void firstStart()
-    {
-        MainWindow window(nullptr, qApp, QString());
-        QVERIFY(window.windowState() & Qt::WindowMaximized);
-        QCOMPARE(window.windowTitle(), QStringLiteral("Morvane Navarch"));
-        QCOMPARE(window.form()->comboBoxEditCommand->count(), 1);
-        QCOMPARE(window.form()->comboBoxEditCommand->itemText(0), QString());
-        QCOMPARE(window.sourceEncoding(), QStringLiteral("System"));
-
-        const QList<QAction *> tools = window.form()->toolBar->actions();
-        QVERIFY(tools.size() >= 4); // the font actions follow
-        QVERIFY(tools.at(0)->isSeparator());
-        QCOMPARE(tools.at(1), window.runAction());
-        QCOMPARE(tools.at(2), window.stopAction());
-        QVERIFY(tools.at(3)->isSeparator());
-    }
-
+    // The first start is maximised; what the window keeps comes back, but the password.
     void settingsRoundTrip()
     {
         {
             MainWindow window(nullptr, qApp, QString());
+            QVERIFY(window.windowState() & Qt::WindowMaximized);
+            QCOMPARE(window.sourceEncoding(), QStringLiteral("System"));
             window.setWindowState(Qt::WindowNoState);
             window.resize(700, 500);
             QComboBox *commands = window.form()->comboBoxEditCommand;
+            QCOMPARE(commands->count(), 1);
             commands->clear();
             commands->addItems({"a", "b"});
-            window.engineOptions().insert(QStringLiteral("/PRJF="), QStringLiteral("/p/project.prj"));
-            window.engineOptions().insert(QStringLiteral("/TBLDDL="), QString());
-            window.engineOptions().insert(QStringLiteral("/P"), QStringLiteral("secret"));
-            window.engineOptions().insert(QStringLiteral(" "), QStringLiteral("/X=1"));
+            window.engineOptions() = {{"/PRJF=", "/p/project.prj"}, {"/TBLDDL=", ""}, {"/P", "secret"},
+                                      {" ", "/X=1"}, {"/D", "dsn"}, {"/U", "scott"}, {"/INI=", "/p/m.ini"}};
         }
         {
             Settings settings;
@@ -103,23 +103,28 @@ private Q_SLOTS:
             QCOMPARE(settings.value("Commands").toString(), QStringLiteral(";b;a"));
             QVERIFY(!settings.contains("/TBLDDL="));
             QVERIFY(!settings.contains("/P"));
-            QCOMPARE(settings.value("/PRJF=").toString(), QStringLiteral("/p/project.prj"));
             QCOMPARE(settings.value(" ").toString(), QStringLiteral("/X=1"));
-            QCOMPARE(settings.value("size").toSize(), QSize(700, 500));
             settings.endGroup();
             QCOMPARE(settings.value("/SRCENC=").toString(), QStringLiteral("System"));
         }
-        MainWindow again(nullptr, qApp, QString());
-        QVERIFY(!(again.windowState() & Qt::WindowMaximized));
-        QCOMPARE(again.size(), QSize(700, 500));
-        QComboBox *commands = again.form()->comboBoxEditCommand;
-        QStringList items;
-        for (int i = 0; i < commands->count(); ++i)
-            items << commands->itemText(i);
-        QCOMPARE(items, QStringList({"", "b", "a"}));
-        QCOMPARE(commands->currentIndex(), 0);
-        QCOMPARE(again.engineOptions().value("/PRJF="), QStringLiteral("/p/project.prj"));
-        QVERIFY(!again.engineOptions().contains("/P"));
+        {
+            MainWindow again(nullptr, qApp, QString());
+            QVERIFY(!(again.windowState() & Qt::WindowMaximized));
+            QCOMPARE(again.size(), QSize(700, 500));
+            QComboBox *commands = again.form()->comboBoxEditCommand;
+            QStringList items;
+            for (int i = 0; i < commands->count(); ++i)
+                items << commands->itemText(i);
+            QCOMPARE(items, QStringList({"", "b", "a"}));
+            QCOMPARE(commands->currentIndex(), 0);
+            const QMap<QString, QString> expected{{"/PRJF=", "/p/project.prj"}, {" ", "/X=1"},
+                {"/D", "dsn"}, {"/U", "scott"}, {"/INI=", "/p/m.ini"}};
+            QCOMPARE(again.engineOptions(), expected);
+            // The dialogs drop an emptied option from the map: it stays cleared.
+            again.engineOptions().clear();
+        }
+        MainWindow last(nullptr, qApp, QString());
+        QVERIFY2(last.engineOptions().isEmpty(), qPrintable(last.engineOptions().keys().join(',')));
     }
 
     void restoredPlacement_data()
@@ -217,11 +222,8 @@ private Q_SLOTS:
         QFETCH(QString, action);
         TestDir dir;
         dir.createFile("left/a.sql", "select 1;\n");
-        Settings().setValue("Main Window/leftPanel/Path", dir.filePath("left"));
-        MainWindow window(nullptr, qApp, QString());
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        Panel *left = window.panelManager()->leftPanel();
+        const auto window = openWindow(dir.filePath("left"));
+        Panel *left = window->panelManager()->leftPanel();
         QVERIFY(selectRow(left, "a"));
         QFETCH(QString, outcome);
         const bool dialogExpected = outcome != "editor" && outcome != "log";
@@ -232,28 +234,28 @@ private Q_SLOTS:
                 QTest::keyClick(dialog, Qt::Key_Escape);
             });
         }
-        window.findChild<QAction *>(action)->trigger();
+        window->findChild<QAction *>(action)->trigger();
         if (outcome == "editor")
             QVERIFY(left->isEditing());
         else if (outcome == "log")
-            QTRY_VERIFY(!window.form()->textEditLogView->toPlainText().isEmpty());
+            QTRY_VERIFY(!window->form()->textEditLogView->toPlainText().isEmpty());
         else
             QCOMPARE(dialogTitle, outcome);
-        QTRY_COMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
+        QTRY_COMPARE(window->form()->labelProcessState->text(), QStringLiteral("Not Running"));
         left->closeEdit();
 
         // Every menu of the bar has a letter of its own; Ctrl+Q leaves.
         QSet<QChar> letters;
-        for (QAction *menu : window.menuBar()->actions()) {
+        for (QAction *menu : window->menuBar()->actions()) {
             const int amp = menu->text().indexOf('&');
             QVERIFY2(amp >= 0, qPrintable(menu->text()));
             letters.insert(menu->text().at(amp + 1).toLower());
         }
-        QCOMPARE(letters.size(), window.menuBar()->actions().size());
-        window.activateWindow();
-        QTRY_VERIFY(window.isActiveWindow());
-        QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
-        QVERIFY(!window.isVisible());
+        QCOMPARE(letters.size(), window->menuBar()->actions().size());
+        window->activateWindow();
+        QTRY_VERIFY(window->isActiveWindow());
+        QTest::keyClick(window.get(), Qt::Key_Q, Qt::ControlModifier);
+        QVERIFY(!window->isVisible());
     }
 
     void commandLine_data()
@@ -273,45 +275,21 @@ private Q_SLOTS:
         QFETCH(QString, output);
         TestDir dir;
         const QString folder = dir.createDir("it's a \"folder\"");
-        Settings().setValue("Main Window/leftPanel/Path", folder);
-        MainWindow window(nullptr, qApp, QString());
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        QComboBox *commands = window.form()->comboBoxEditCommand;
+        const auto window = openWindow(folder);
+        QComboBox *commands = window->form()->comboBoxEditCommand;
         QTest::keyClicks(commands->lineEdit(), command);
         QTest::keyClick(commands->lineEdit(), Qt::Key_Return);
         const QString expected = QDir::toNativeSeparators(folder) + "> " + command + "\n"
             + QString(output).replace("<folder>", folder);
-        QTRY_COMPARE(window.commandOutput()->toPlainText(), expected);
-        QVERIFY(window.form()->tabWidget->isVisible());
+        QTRY_COMPARE(window->commandOutput()->toPlainText(), expected);
+        QVERIFY(window->form()->tabWidget->isVisible());
         // Kept in the history, listed once, and the line is ready for the next one.
         QTest::keyClicks(commands->lineEdit(), command);
         QTest::keyClick(commands->lineEdit(), Qt::Key_Return);
-        QTRY_VERIFY(window.commandOutput()->toPlainText().count("[exit code") == 2);
+        QTRY_VERIFY(window->commandOutput()->toPlainText().count("[exit code") == 2);
         QCOMPARE(commands->count(), 2);
         QCOMPARE(commands->itemText(1), command);
         QCOMPARE(commands->currentText(), QString());
-    }
-
-    void clearedOptionsStayCleared()
-    {
-        const QMap<QString, QString> all{{"/D", "dsn"}, {"/U", "scott"}, {"/PRJF=", "/p/x.prj"},
-                                         {"/INI=", "/p/m.ini"}, {" ", "/X=1"}, {"/P", "pw"}};
-        {
-            MainWindow window(nullptr, qApp, QString());
-            window.engineOptions() = all;
-        }
-        {
-            MainWindow window(nullptr, qApp, QString());
-            QMap<QString, QString> expected = all;
-            expected.remove(QStringLiteral("/P"));
-            QCOMPARE(window.engineOptions(), expected);
-            // The dialogs drop an emptied option from the map.
-            for (const char *key : {"/D", "/U", "/PRJF=", "/INI=", " "})
-                window.engineOptions().remove(QString::fromLatin1(key));
-        }
-        MainWindow again(nullptr, qApp, QString());
-        QVERIFY2(again.engineOptions().isEmpty(), qPrintable(again.engineOptions().keys().join(',')));
     }
 
     void sideOptionsSurviveRestart()
@@ -350,44 +328,21 @@ private Q_SLOTS:
         QCOMPARE(shown, QStringLiteral("PostgreSQL|"));
     }
 
-    void processState_data()
-    {
-        QTest::addColumn<int>("state");
-        QTest::addColumn<QString>("label");
-        QTest::addColumn<bool>("logShown");
-        QTest::newRow("not running") << int(QProcess::NotRunning) << "Not Running" << false;
-        QTest::newRow("starting") << int(QProcess::Starting) << "Starting" << false;
-        QTest::newRow("running") << int(QProcess::Running) << "Running" << true;
-    }
+    // A running engine shows the log; the end of a run undoes the paused look.
     void processState()
     {
-        QFETCH(int, state);
-        QFETCH(QString, label);
-        QFETCH(bool, logShown);
         MainWindow window(nullptr, qApp, QString());
         window.show();
-        window.form()->tabWidget->setCurrentIndex(0);
-        window.conversionMode(); // paused look first, so the reset shows
-        window.changeProcessState(static_cast<QProcess::ProcessState>(state));
-        QCOMPARE(window.form()->labelProcessState->text(), label);
-        QCOMPARE(window.form()->tabWidget->isVisible(), logShown);
-        if (logShown)
-            QCOMPARE(window.form()->tabWidget->currentIndex(), 1);
-        if (state == QProcess::NotRunning)
-            QCOMPARE(window.runAction()->toolTip(), QStringLiteral("F5 - Run (only for left panel)"));
-    }
-
-    void pauseAndResumeLook()
-    {
-        MainWindow window(nullptr, qApp, QString());
+        QTabWidget *tabs = window.form()->tabWidget;
+        tabs->setCurrentIndex(0);
         window.changeProcessState(QProcess::Starting);
-        window.pauseMode(false);
-        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Starting"));
+        QVERIFY(!tabs->isVisible());
+        window.changeProcessState(QProcess::Running);
+        QVERIFY(tabs->isVisible());
+        QCOMPARE(tabs->currentIndex(), 1);
         window.conversionMode();
-        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Pause"));
-        QCOMPARE(window.runAction()->toolTip(), QStringLiteral("Resume"));
-        window.pauseMode(true);
-        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Running"));
+        window.changeProcessState(QProcess::NotRunning);
+        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
         QCOMPARE(window.runAction()->toolTip(), QStringLiteral("F5 - Run (only for left panel)"));
     }
 
@@ -398,56 +353,38 @@ private Q_SLOTS:
         const QString right = dir.createDir("right");
         dir.createFile("left/a.sql", "select 1;\n");
         dir.createFile("right/b.sql", "select 2;\n");
-        {
-            Settings settings;
-            settings.setValue("Main Window/leftPanel/Path", left);
-            settings.setValue("Main Window/rightPanel/Path", right);
-        }
-        MainWindow window(nullptr, qApp, QString());
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        Panel *leftPanel = window.panelManager()->leftPanel();
-        Panel *rightPanel = window.panelManager()->rightPanel();
-        QPlainTextEdit *log = window.form()->textEditLogView;
+        const auto window = openWindow(left, right);
+        Panel *leftPanel = window->panelManager()->leftPanel();
+        Panel *rightPanel = window->panelManager()->rightPanel();
+        QPlainTextEdit *log = window->form()->textEditLogView;
 
-        // F6 copies from either side to the other.
-        QStringList messages;
-        window.panelManager()->setNotify([&messages](const QString &text) { messages << text; });
-        QSignalSpy copied(window.panelManager(), &PanelManager::copyFinished);
-        TreeWidget *tree = selectRow(leftPanel, "a");
-        QVERIFY(tree);
+        // F6 copies from the right side to the left as well.
+        window->panelManager()->setNotify([](const QString &) {});
+        QSignalSpy copied(window->panelManager(), &PanelManager::copyFinished);
         acceptNextDialog();
-        QTest::keyClick(tree, Qt::Key_F6);
-        QVERIFY(copied.wait());
-        QVERIFY(QFile::exists(right + "/a.sql"));
-        tree = selectRow(rightPanel, "b");
-        QVERIFY(tree);
-        acceptNextDialog();
-        QTest::keyClick(tree, Qt::Key_F6);
+        QTest::keyClick(selectRow(rightPanel, "b"), Qt::Key_F6);
         QVERIFY(copied.wait());
         QVERIFY(QFile::exists(left + "/b.sql"));
-        QCOMPARE(messages.size(), 2);
 
         // F5 converts from the left panel only.
         QTest::keyClick(selectRow(rightPanel, "b"), Qt::Key_F5);
         QVERIFY(log->toPlainText().isEmpty());
         QTest::keyClick(selectRow(leftPanel, "a"), Qt::Key_F5);
         QTRY_VERIFY(!log->toPlainText().isEmpty());
-        QTRY_COMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
+        QTRY_COMPARE(window->form()->labelProcessState->text(), QStringLiteral("Not Running"));
 
         // F3 in an editor turns the view button into Find until the editor closes.
-        tree = selectRow(leftPanel, "a");
-        QTest::keyClick(tree, Qt::Key_F3);
+        QTest::keyClick(selectRow(leftPanel, "a"), Qt::Key_F3);
         QVERIFY(leftPanel->isEditing());
         QTest::keyClick(leftPanel->editor()->editorWidget(), Qt::Key_F3);
-        QVERIFY(!window.findAction()->isEnabled());
+        QVERIFY(!window->findAction()->isEnabled());
         // F5 in the left editor runs the conversion as well.
         QSignalSpy logged(log, &QPlainTextEdit::textChanged);
         QTest::keyClick(leftPanel->editor()->editorWidget(), Qt::Key_F5);
         QTRY_VERIFY(!logged.isEmpty());
-        QTRY_COMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
+        QTRY_COMPARE(window->form()->labelProcessState->text(), QStringLiteral("Not Running"));
         QVERIFY(leftPanel->closeEdit());
-        QVERIFY(window.findAction()->isEnabled());
+        QVERIFY(window->findAction()->isEnabled());
     }
 
     void waitingModeAndTabs()
@@ -457,7 +394,6 @@ private Q_SLOTS:
         window.turnWaitingMode(Qt::BusyCursor);
         QVERIFY(window.cancelAction()->isVisible());
         QCOMPARE(window.cursor().shape(), Qt::BusyCursor);
-        QCOMPARE(window.cancelAction()->shortcut(), QKeySequence(QStringLiteral("Ctrl+K")));
         window.turnWaitingMode(Qt::ArrowCursor);
         QVERIFY(!window.cancelAction()->isVisible());
 
@@ -472,8 +408,6 @@ private Q_SLOTS:
         QCOMPARE(tabs->currentIndex(), 0);
         window.ShowConversionLog();
         QCOMPARE(tabs->currentIndex(), 1);
-        QCOMPARE(tabs->tabText(0), QStringLiteral("Search Results"));
-        QCOMPARE(tabs->tabText(1), QStringLiteral("Log View"));
     }
 
     void startupPaths_data()
@@ -501,17 +435,10 @@ private Q_SLOTS:
         dir.createDir(QStringLiteral("out"));
         const QStringList stored{dir.createDir(QStringLiteral("stored left")),
                                  dir.createDir(QStringLiteral("stored right"))};
-        {
-            Settings settings;
-            settings.setValue(QStringLiteral("Main Window/leftPanel/Path"), stored.at(0));
-            settings.setValue(QStringLiteral("Main Window/rightPanel/Path"), stored.at(1));
-        }
-
-        MainWindow window(nullptr, qApp, QString());
-        window.show();
-        window.openStartupPaths(StartupOptions::parse(
+        const auto window = openWindow(stored.at(0), stored.at(1));
+        window->openStartupPaths(StartupOptions::parse(
             QStringList{QStringLiteral("morvane-navarch")} + arguments, dir.path()));
-        Panel *panels[] = {window.panelManager()->leftPanel(), window.panelManager()->rightPanel()};
+        Panel *panels[] = {window->panelManager()->leftPanel(), window->panelManager()->rightPanel()};
         for (int side = 0; side < 2; ++side) {
             const QString folder = folders.at(side);
             QCOMPARE(QDir(panels[side]->currentPath()).absolutePath(),
@@ -521,7 +448,7 @@ private Q_SLOTS:
         if (!editedFile.isEmpty())
             QCOMPARE(panels[1]->editor()->filePath(), dir.filePath(editedFile));
         // The warning was shown without blocking: the panels opened after it.
-        auto *box = window.findChild<QMessageBox *>();
+        auto *box = window->findChild<QMessageBox *>();
         QCOMPARE(box != nullptr, !warning.isEmpty());
         if (box) {
             QVERIFY(box->isVisible());
