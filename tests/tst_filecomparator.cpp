@@ -84,206 +84,196 @@ class TestFileComparator : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void lines_data();
-    void lines();
-    void signatureMatchesWordBoundarySplit_data();
-    void signatureMatchesWordBoundarySplit();
-    void getDiffBounds();
-    void invalidPart();
-    void bitRowsMatchPlainTable_data();
-    void bitRowsMatchPlainTable();
-    void tooLargeIsRefused();
-};
+    void lines_data()
+    {
+        QTest::addColumn<QStringList>("left");
+        QTest::addColumn<QStringList>("right");
+        QTest::addColumn<QVector<int>>("leftDiff");
+        QTest::addColumn<QVector<int>>("rightDiff");
+        QTest::addColumn<std::vector<int>>("common");
+        QTest::addColumn<int>("options");
+        using L = QStringList;
+        using V = QVector<int>;
+        using C = std::vector<int>;
+        const int W = FileComparator::IgnoreWhitespace;
+        const int I = FileComparator::IgnoreCase;
+        QTest::newRow("both empty") << L() << L() << V() << V() << C() << W;
+        QTest::newRow("left empty") << L() << L{"a", "b"} << V() << V{0, 1} << C() << W;
+        QTest::newRow("right empty") << L{"a", "b"} << L() << V{0, 1} << V() << C() << W;
+        QTest::newRow("spacing between words") << L{"a  b"} << L{"a b"} << V() << V() << C{0} << W;
+        QTest::newRow("indentation") << L{"  a"} << L{"a"} << V() << V() << C{0} << W;
+        QTest::newRow("space after comma counts") << L{"a,b"} << L{"a, b"} << V{0} << V{0} << C() << W;
+        QTest::newRow("case counts") << L{"Abc"} << L{"abc"} << V{0} << V{0} << C() << W;
+        QTest::newRow("reordered words are equal") << L{"a b"} << L{"b a"} << V() << V() << C{0} << W;
+        QTest::newRow("blank equals empty") << L{"   \t"} << L{""} << V() << V() << C{0} << W;
+        QTest::newRow("x y x against x") << L{"x", "y", "x"} << L{"x"} << V{1, 2} << V() << C{0} << W;
+        QTest::newRow("insertion in the middle")
+            << L{"a", "b", "c"} << L{"a", "new", "b", "c"} << V() << V{1} << C{0, 1, 2} << W;
+        QTest::newRow("change after common prefix")
+            << L{"a", "b", "c", "d"} << L{"a", "b", "X", "d"} << V{2} << V{2} << C{0, 1, 3} << W;
+        // Lines that Latin-1 would turn into question marks alike.
+        QTest::newRow("Cyrillic comments differ")
+            << L{"-- Клиенты", "select 1;"} << L{"-- Продажа", "select 1;"} << V{0} << V{0} << C{1}
+            << W;
+        QTest::newRow("CJK identifiers differ")
+            << L{"select 顧客 from t;"} << L{"select 販売 from t;"} << V{0} << V{0} << C() << W;
+        QTest::newRow("indentation counts without ignoring white space")
+            << L{"  a", "b c"} << L{"a", "b  c"} << V{0, 1} << V{0, 1} << C() << 0;
+        QTest::newRow("ignore case")
+            << L{"SELECT Id FROM T;"} << L{"select id from t;"} << V() << V() << C{0} << (W | I);
+        QTest::newRow("ignore case, non-ASCII")
+            << L{"-- ÉTAT Клиенты"} << L{"-- état клиенты"} << V() << V() << C{0} << I;
+    }
 
-void TestFileComparator::lines_data()
-{
-    QTest::addColumn<QStringList>("left");
-    QTest::addColumn<QStringList>("right");
-    QTest::addColumn<QVector<int>>("leftDiff");
-    QTest::addColumn<QVector<int>>("rightDiff");
-    QTest::addColumn<std::vector<int>>("common");
-    QTest::addColumn<int>("options");
-    using L = QStringList;
-    using V = QVector<int>;
-    using C = std::vector<int>;
-    const int W = FileComparator::IgnoreWhitespace;
-    const int I = FileComparator::IgnoreCase;
-    QTest::newRow("both empty") << L() << L() << V() << V() << C() << W;
-    QTest::newRow("left empty") << L() << L{"a", "b"} << V() << V{0, 1} << C() << W;
-    QTest::newRow("right empty") << L{"a", "b"} << L() << V{0, 1} << V() << C() << W;
-    QTest::newRow("spacing between words") << L{"a  b"} << L{"a b"} << V() << V() << C{0} << W;
-    QTest::newRow("indentation") << L{"  a"} << L{"a"} << V() << V() << C{0} << W;
-    QTest::newRow("space after comma counts") << L{"a,b"} << L{"a, b"} << V{0} << V{0} << C() << W;
-    QTest::newRow("case counts") << L{"Abc"} << L{"abc"} << V{0} << V{0} << C() << W;
-    QTest::newRow("reordered words are equal") << L{"a b"} << L{"b a"} << V() << V() << C{0} << W;
-    QTest::newRow("blank equals empty") << L{"   \t"} << L{""} << V() << V() << C{0} << W;
-    QTest::newRow("x y x against x") << L{"x", "y", "x"} << L{"x"} << V{1, 2} << V() << C{0} << W;
-    QTest::newRow("insertion in the middle")
-        << L{"a", "b", "c"} << L{"a", "new", "b", "c"} << V() << V{1} << C{0, 1, 2} << W;
-    QTest::newRow("change after common prefix")
-        << L{"a", "b", "c", "d"} << L{"a", "b", "X", "d"} << V{2} << V{2} << C{0, 1, 3} << W;
-    // Lines that Latin-1 would turn into question marks alike.
-    QTest::newRow("Cyrillic comments differ")
-        << L{"-- Клиенты", "select 1;"} << L{"-- Продажа", "select 1;"} << V{0} << V{0} << C{1}
-        << W;
-    QTest::newRow("CJK identifiers differ")
-        << L{"select 顧客 from t;"} << L{"select 販売 from t;"} << V{0} << V{0} << C() << W;
-    QTest::newRow("indentation counts without ignoring white space")
-        << L{"  a", "b c"} << L{"a", "b  c"} << V{0, 1} << V{0, 1} << C() << 0;
-    QTest::newRow("ignore case")
-        << L{"SELECT Id FROM T;"} << L{"select id from t;"} << V() << V() << C{0} << (W | I);
-    QTest::newRow("ignore case, non-ASCII")
-        << L{"-- ÉTAT Клиенты"} << L{"-- état клиенты"} << V() << V() << C{0} << I;
-}
-
-void TestFileComparator::lines()
-{
-    QFETCH(QStringList, left);
-    QFETCH(QStringList, right);
-    QFETCH(QVector<int>, leftDiff);
-    QFETCH(QVector<int>, rightDiff);
-    QFETCH(std::vector<int>, common);
-    QFETCH(int, options);
-    FileComparator c;
-    fill(c, left, right, FileComparator::Options(options));
-    QVERIFY(c.compare());
-    QCOMPARE(diffs(c, LeftPart), leftDiff);
-    QCOMPARE(diffs(c, RightPart), rightDiff);
-    std::vector<int> got;
-    c.getCommonLines(got);
-    QCOMPARE(got, common);
-}
-
-void TestFileComparator::signatureMatchesWordBoundarySplit_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("sql") << QStringLiteral("SELECT a, b FROM t WHERE x = 'y';");
-    QTest::newRow("punctuation only") << QStringLiteral(" ;; -- ");
-    QTest::newRow("underscores and digits") << QStringLiteral("my_col1 +2.5e3");
-    QTest::newRow("non-Latin-1") << QString::fromUtf8("select 'Привет' — 日本 ok");
-    QTest::newRow("combining mark") << QString::fromUtf8("cafe\u0301 x");
-    QTest::newRow("surrogate pair") << QString::fromUtf8("a\U0001F600b c");
-}
-
-void TestFileComparator::signatureMatchesWordBoundarySplit()
-{
-    QFETCH(QString, text);
-    QCOMPARE(FileComparator::signature(text), regExpSignature(text));
-}
-
-void TestFileComparator::getDiffBounds()
-{
-    FileComparator c;
-    QCOMPARE(c.getDiff(LeftPart, 0), -1); // empty list
-    c.addLine(QStringLiteral("a"), 5, LeftPart);
-    c.addLine(QStringLiteral("b"), 7, LeftPart);
-    QVERIFY(c.compare());
-    QCOMPARE(c.getDiffCount(LeftPart), 2);
-    QCOMPARE(c.getDiff(LeftPart, -1), -1);
-    QCOMPARE(diffs(c, LeftPart), QVector<int>({5, 7}));
-    QCOMPARE(c.getDiff(LeftPart, 2), -1);
-    QCOMPARE(c.getDiff(RightPart, 0), -1);
-}
-
-void TestFileComparator::invalidPart()
-{
-    FileComparator c;
-    // The debug traces are part of the contract; their category is off by default.
-    QLoggingCategory::setFilterRules(QStringLiteral("navarch.comparator.debug=true"));
-    QTest::ignoreMessage(QtDebugMsg, "AddLine error part");
-    c.addLine(QStringLiteral("a"), 0, static_cast<Part>(2));
-    QTest::ignoreMessage(QtDebugMsg, "GetDiff error part");
-    QCOMPARE(c.getDiffCount(static_cast<Part>(2)), -1);
-    QTest::ignoreMessage(QtDebugMsg, "GetDiff error part");
-    QCOMPARE(c.getDiff(static_cast<Part>(-1), 0), -1);
-    QVERIFY(c.compare());
-    QCOMPARE(c.getDiffCount(LeftPart), 0); // the line with the bad part was dropped
-    QLoggingCategory::setFilterRules(QString());
-}
-
-void TestFileComparator::bitRowsMatchPlainTable_data()
-{
-    QTest::addColumn<int>("maxLines");
-    QTest::addColumn<int>("alphabet");
-    QTest::addColumn<int>("rounds");
-    QTest::addColumn<int>("interval"); // rows between kept rows; 0 chooses by size
-    QTest::newRow("short, few symbols") << 12 << 3 << 400 << 0;
-    QTest::newRow("word-sized, few symbols") << 70 << 4 << 200 << 0;
-    QTest::newRow("several words, many symbols") << 200 << 30 << 60 << 0;
-    QTest::newRow("several words, two symbols") << 150 << 2 << 60 << 0;
-    QTest::newRow("every row kept") << 40 << 3 << 150 << 1;
-    QTest::newRow("blocks of two") << 40 << 3 << 150 << 2;
-    QTest::newRow("blocks of seven") << 130 << 5 << 80 << 7;
-    QTest::newRow("one block") << 30 << 3 << 150 << 1000;
-}
-
-void TestFileComparator::bitRowsMatchPlainTable()
-{
-    QFETCH(int, maxLines);
-    QFETCH(int, alphabet);
-    QFETCH(int, rounds);
-    QFETCH(int, interval);
-    FileComparator::setCheckpointInterval(interval);
-    const auto restore = qScopeGuard([] { FileComparator::setCheckpointInterval(0); });
-    QRandomGenerator rng(20240501u + static_cast<quint32>(maxLines * 31 + alphabet));
-    const auto word = [&] { return QStringLiteral("w%1").arg(rng.bounded(alphabet)); };
-    const auto signatures = [](const QStringList &lines) {
-        QVector<quint16> out;
-        for (const QString &line : lines)
-            out << FileComparator::signature(line);
-        return out;
-    };
-    for (int round = 0; round < rounds; ++round) {
-        QStringList left;
-        for (int i = rng.bounded(maxLines + 1); i > 0; --i)
-            left << word();
-        // Often a variant of the left side, so prefixes and long pairings occur.
-        QStringList right;
-        if (rng.bounded(2) == 0) {
-            right = left;
-            for (int edits = rng.bounded(5); edits > 0; --edits) {
-                const int at = right.isEmpty() ? 0 : rng.bounded(right.size());
-                if (rng.bounded(2) && !right.isEmpty())
-                    right.removeAt(at);
-                else
-                    right.insert(at, word());
-            }
-        } else {
-            for (int j = rng.bounded(maxLines + 1); j > 0; --j)
-                right << word();
-        }
+    void lines()
+    {
+        QFETCH(QStringList, left);
+        QFETCH(QStringList, right);
+        QFETCH(QVector<int>, leftDiff);
+        QFETCH(QVector<int>, rightDiff);
+        QFETCH(std::vector<int>, common);
+        QFETCH(int, options);
         FileComparator c;
-        fill(c, left, right);
+        fill(c, left, right, FileComparator::Options(options));
         QVERIFY(c.compare());
-        const Reference ref = referenceCompare(signatures(left), signatures(right));
-        std::vector<int> common;
-        c.getCommonLines(common);
-        std::vector<int> commonRight;
-        c.getCommonLines(commonRight, RightPart);
-        const QByteArray what =
-            left.join(QLatin1Char(' ')).toUtf8() + " | " + right.join(QLatin1Char(' ')).toUtf8();
-        QVERIFY2(diffs(c, LeftPart) == ref.left, what.constData());
-        QVERIFY2(diffs(c, RightPart) == ref.right, what.constData());
-        QVERIFY2(common == ref.common, what.constData());
-        QVERIFY2(commonRight == ref.commonRight, what.constData());
+        QCOMPARE(diffs(c, LeftPart), leftDiff);
+        QCOMPARE(diffs(c, RightPart), rightDiff);
+        std::vector<int> got;
+        c.getCommonLines(got);
+        QCOMPARE(got, common);
     }
-}
 
-void TestFileComparator::tooLargeIsRefused()
-{
-    FileComparator::setMemoryLimit(256);
-    FileComparator c;
-    for (int i = 0; i < 200; ++i) {
-        c.addLine(QStringLiteral("l%1").arg(i), i, LeftPart);
-        c.addLine(QStringLiteral("r%1").arg(i), i, RightPart);
+    void signatureMatchesWordBoundarySplit_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("sql") << QStringLiteral("SELECT a, b FROM t WHERE x = 'y';");
+        QTest::newRow("punctuation only") << QStringLiteral(" ;; -- ");
+        QTest::newRow("underscores and digits") << QStringLiteral("my_col1 +2.5e3");
+        QTest::newRow("non-Latin-1") << QString::fromUtf8("select 'Привет' — 日本 ok");
+        QTest::newRow("combining mark") << QString::fromUtf8("cafe\u0301 x");
+        QTest::newRow("surrogate pair") << QString::fromUtf8("a\U0001F600b c");
     }
-    QVERIFY(!c.compare());
-    QVERIFY(c.errorString().contains(QLatin1String("too large")));
-    QCOMPARE(c.getDiffCount(LeftPart), 0);
-    FileComparator::setMemoryLimit(0);
-    QVERIFY(c.compare());
-    QCOMPARE(c.getDiffCount(LeftPart), 200);
-}
+
+    void signatureMatchesWordBoundarySplit()
+    {
+        QFETCH(QString, text);
+        QCOMPARE(FileComparator::signature(text), regExpSignature(text));
+    }
+
+    void getDiffBounds()
+    {
+        FileComparator c;
+        QCOMPARE(c.getDiff(LeftPart, 0), -1); // empty list
+        c.addLine(QStringLiteral("a"), 5, LeftPart);
+        c.addLine(QStringLiteral("b"), 7, LeftPart);
+        QVERIFY(c.compare());
+        QCOMPARE(c.getDiffCount(LeftPart), 2);
+        QCOMPARE(c.getDiff(LeftPart, -1), -1);
+        QCOMPARE(diffs(c, LeftPart), QVector<int>({5, 7}));
+        QCOMPARE(c.getDiff(LeftPart, 2), -1);
+        QCOMPARE(c.getDiff(RightPart, 0), -1);
+    }
+
+    void invalidPart()
+    {
+        FileComparator c;
+        // The debug traces are part of the contract; their category is off by default.
+        QLoggingCategory::setFilterRules(QStringLiteral("navarch.comparator.debug=true"));
+        QTest::ignoreMessage(QtDebugMsg, "AddLine error part");
+        c.addLine(QStringLiteral("a"), 0, static_cast<Part>(2));
+        QTest::ignoreMessage(QtDebugMsg, "GetDiff error part");
+        QCOMPARE(c.getDiffCount(static_cast<Part>(2)), -1);
+        QTest::ignoreMessage(QtDebugMsg, "GetDiff error part");
+        QCOMPARE(c.getDiff(static_cast<Part>(-1), 0), -1);
+        QVERIFY(c.compare());
+        QCOMPARE(c.getDiffCount(LeftPart), 0); // the line with the bad part was dropped
+        QLoggingCategory::setFilterRules(QString());
+    }
+
+    void bitRowsMatchPlainTable_data()
+    {
+        QTest::addColumn<int>("maxLines");
+        QTest::addColumn<int>("alphabet");
+        QTest::addColumn<int>("rounds");
+        QTest::addColumn<int>("interval"); // rows between kept rows; 0 chooses by size
+        QTest::newRow("short, few symbols") << 12 << 3 << 400 << 0;
+        QTest::newRow("word-sized, few symbols") << 70 << 4 << 200 << 0;
+        QTest::newRow("several words, many symbols") << 200 << 30 << 60 << 0;
+        QTest::newRow("several words, two symbols") << 150 << 2 << 60 << 0;
+        QTest::newRow("every row kept") << 40 << 3 << 150 << 1;
+        QTest::newRow("blocks of two") << 40 << 3 << 150 << 2;
+        QTest::newRow("blocks of seven") << 130 << 5 << 80 << 7;
+        QTest::newRow("one block") << 30 << 3 << 150 << 1000;
+    }
+
+    void bitRowsMatchPlainTable()
+    {
+        QFETCH(int, maxLines);
+        QFETCH(int, alphabet);
+        QFETCH(int, rounds);
+        QFETCH(int, interval);
+        FileComparator::setCheckpointInterval(interval);
+        const auto restore = qScopeGuard([] { FileComparator::setCheckpointInterval(0); });
+        QRandomGenerator rng(20240501u + static_cast<quint32>(maxLines * 31 + alphabet));
+        const auto word = [&] { return QStringLiteral("w%1").arg(rng.bounded(alphabet)); };
+        const auto signatures = [](const QStringList &lines) {
+            QVector<quint16> out;
+            for (const QString &line : lines)
+                out << FileComparator::signature(line);
+            return out;
+        };
+        for (int round = 0; round < rounds; ++round) {
+            QStringList left;
+            for (int i = rng.bounded(maxLines + 1); i > 0; --i)
+                left << word();
+            // Often a variant of the left side, so prefixes and long pairings occur.
+            QStringList right;
+            if (rng.bounded(2) == 0) {
+                right = left;
+                for (int edits = rng.bounded(5); edits > 0; --edits) {
+                    const int at = right.isEmpty() ? 0 : rng.bounded(right.size());
+                    if (rng.bounded(2) && !right.isEmpty())
+                        right.removeAt(at);
+                    else
+                        right.insert(at, word());
+                }
+            } else {
+                for (int j = rng.bounded(maxLines + 1); j > 0; --j)
+                    right << word();
+            }
+            FileComparator c;
+            fill(c, left, right);
+            QVERIFY(c.compare());
+            const Reference ref = referenceCompare(signatures(left), signatures(right));
+            std::vector<int> common;
+            c.getCommonLines(common);
+            std::vector<int> commonRight;
+            c.getCommonLines(commonRight, RightPart);
+            const QByteArray what =
+                left.join(QLatin1Char(' ')).toUtf8() + " | " + right.join(QLatin1Char(' ')).toUtf8();
+            QVERIFY2(diffs(c, LeftPart) == ref.left, what.constData());
+            QVERIFY2(diffs(c, RightPart) == ref.right, what.constData());
+            QVERIFY2(common == ref.common, what.constData());
+            QVERIFY2(commonRight == ref.commonRight, what.constData());
+        }
+    }
+
+    void tooLargeIsRefused()
+    {
+        FileComparator::setMemoryLimit(256);
+        FileComparator c;
+        for (int i = 0; i < 200; ++i) {
+            c.addLine(QStringLiteral("l%1").arg(i), i, LeftPart);
+            c.addLine(QStringLiteral("r%1").arg(i), i, RightPart);
+        }
+        QVERIFY(!c.compare());
+        QVERIFY(c.errorString().contains(QLatin1String("too large")));
+        QCOMPARE(c.getDiffCount(LeftPart), 0);
+        FileComparator::setMemoryLimit(0);
+        QVERIFY(c.compare());
+        QCOMPARE(c.getDiffCount(LeftPart), 200);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestFileComparator)
 #include "tst_filecomparator.moc"
