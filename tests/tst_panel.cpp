@@ -56,7 +56,6 @@ private Q_SLOTS:
     {
         QCOMPARE(m_left->currentPath(), path("left"));
         QCOMPARE(m_right->currentPath(), path("right"));
-        QCOMPARE(child<QLabel>(m_window, "leftPathLabel")->toolTip(), path("left"));
         QCOMPARE(child<QComboBox>(m_window, "sourceCombo")->currentText(),
                  QStringLiteral("Microsoft SQL Server"));
         QCOMPARE(child<QComboBox>(m_window, "targetCombo")->currentText(), QStringLiteral("Oracle"));
@@ -65,13 +64,6 @@ private Q_SLOTS:
         m_right->fileSystemView()->setMask("*.sql");
         child<QComboBox>(m_window, "targetCombo")->setCurrentIndex(0);
         const QString target = child<QComboBox>(m_window, "targetCombo")->currentText();
-        delete m_window;
-        m_window = nullptr;
-        Settings settings;
-        QCOMPARE(settings.value("Main Window/leftPanel/Path").toString(), path("left/sub"));
-        QCOMPARE(settings.value("Main Window/rightPanel/Mask").toString(), QStringLiteral("*.sql"));
-        QCOMPARE(settings.value("Main Window/leftDisk").toString(), QStringLiteral("/"));
-
         createWindow();
         QCOMPARE(m_left->currentPath(), path("left/sub"));
         QCOMPARE(m_right->fileSystemView()->mask(), QStringLiteral("*.sql"));
@@ -226,6 +218,7 @@ private Q_SLOTS:
         // Browsing while a search runs leaves its busy state alone.
         Q_EMIT m_window->findScript()->turnWaitingMode(Qt::BusyCursor);
         QVERIFY(m_window->cancelAction()->isVisible());
+        QCOMPARE(m_window->cursor().shape(), Qt::BusyCursor);
         m_left->changePath(path("left/sub"));
         m_left->fileSystemView()->setFlatList(true);
         QTRY_VERIFY(!m_left->fileSystemView()->isListing());
