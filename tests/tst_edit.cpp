@@ -173,9 +173,6 @@ private Q_SLOTS:
         QCOMPARE(edit->lineCount(), 3);
         QVERIFY(!edit->isModified());
 
-        edit->setFontSize(14);
-        edit->zoomOut();
-        QCOMPARE(edit->fontSize(), 13);
         edit->setFontSize(1); // too small to read
         QVERIFY(edit->fontSize() >= 4);
     }
