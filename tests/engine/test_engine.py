@@ -68,9 +68,16 @@ class EngineTest(unittest.TestCase):
             f.write(data if isinstance(data, bytes) else data.encode())
         return path
 
-    def convert(self, files, source, extra=(), target="PostgreSQL"):
-        return run_engine('/F="%s"' % "| ".join(files), '/DIR="%s"' % self.out, "/SOURCE=" + source,
-                          "/TARGET=" + target, *extra)
+    def convert(self, files, source, extra=(), target="PostgreSQL", env=None):
+        """Converts a list of files, or those named in a list file given by its path."""
+        named = '/FF="%s"' % files if isinstance(files, str) else '/F="%s"' % "| ".join(files)
+        return run_engine(named, '/DIR="%s"' % self.out, "/SOURCE=" + source, "/TARGET=" + target,
+                          *extra, env=env)
+
+    def clear_out(self):
+        for folder, _, names in os.walk(self.out):
+            for name in names:
+                os.remove(os.path.join(folder, name))
 
     def written(self):
         found = []
@@ -199,8 +206,7 @@ class ScriptFormsTest(EngineTest):
     def test_forms(self):
         for name, source, data, summary, messages in self.CASES:
             with self.subTest(name):
-                for old in os.listdir(self.out):
-                    os.remove(os.path.join(self.out, old))
+                self.clear_out()
                 script = self.write("s.sql", data)
                 code, log, _ = self.convert([script], source)
                 self.assertEqual(code, 0, log)
@@ -264,19 +270,13 @@ class FileListTest(EngineTest):
         ]
         for name, data, expected in cases:
             with self.subTest(name):
-                for folder, _, names in os.walk(self.out, topdown=False):
-                    for n in names:
-                        os.remove(os.path.join(folder, n))
-                listed = self.write("list.txt", data)
-                code, log, _ = run_engine('/FF="%s"' % listed, '/DIR="%s"' % self.out,
-                                          "/SOURCE=MSSQL", "/TARGET=PostgreSQL")
+                self.clear_out()
+                code, log, _ = self.convert(self.write("list.txt", data), "MSSQL")
                 self.assertEqual(code, 0, log)
                 self.assertEqual(self.written(), sorted(expected), log)
 
     def test_relative_paths_are_refused(self):
-        listed = self.write("list.txt", "in/c.sql\n")
-        code, log, _ = run_engine('/FF="%s"' % listed, '/DIR="%s"' % self.out, "/SOURCE=MSSQL",
-                                  "/TARGET=PostgreSQL")
+        code, log, _ = self.convert(self.write("list.txt", "in/c.sql\n"), "MSSQL")
         self.assertEqual(code, 3)
         self.assertIn("'in/c.sql' is not absolute", log)
         self.assertEqual(self.written(), [])
@@ -296,14 +296,13 @@ class CommandLineTest(EngineTest):
         for pair in ("Microsoft SQL Server\tPostgreSQL", "Oracle\tPostgreSQL", "MySQL\tPostgreSQL"):
             self.assertIn(pair, listed.splitlines())
         # Refused before the list is read: the missing list file is not what it says.
-        code, log, _ = run_engine('/FF="%s"' % self.path("missing.txt"), '/DIR="%s"' % self.out,
-                                  "/SOURCE=IBM DB2", "/TARGET=PostgreSQL")
+        code, log, _ = self.convert(self.path("missing.txt"), "IBM DB2")
         self.assertEqual(code, 2)
         self.assertIn("Conversion from 'IBM DB2' to 'PostgreSQL' is not supported", log)
 
     def test_password_on_standard_input_only_when_asked(self):
         script = self.write("p.sql", "SELECT 1;\n")
-        code, log, _ = self.convert([script], "MSSQL", [" /Uadmin /P- /SRCENC=System"],)
+        code, log, _ = self.convert([script], "MSSQL", [" /Uadmin /P- /SRCENC=System"])
         self.assertEqual(code, 0, log)
         # Without /P- the engine must not wait for standard input, which stays open here.
         process = subprocess.Popen([ENGINE, '/F="%s"' % script, '/DIR="%s"' % self.out, "/SOURCE=MSSQL",
@@ -337,9 +336,7 @@ class CommandLineTest(EngineTest):
         try:
             libc.sem_post(sem)
             os.remove(os.path.join(self.out, "big.sql"))
-            env = dict(os.environ, MORVANE_STOP_EVENT=name)
-            code, log, _ = run_engine('/F="%s"' % script, '/DIR="%s"' % self.out, "/SOURCE=MySQL",
-                                      "/TARGET=PostgreSQL", env=env)
+            code, log, _ = self.convert([script], "MySQL", env=dict(os.environ, MORVANE_STOP_EVENT=name))
             self.assertEqual(code, 0)
             self.assertIn("Conversion stopped on request.", log)
             self.assertEqual(self.written(), [])
