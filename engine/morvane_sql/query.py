@@ -84,6 +84,10 @@ def _fix_node(node, read):
             return _pg("(CAST(%s AS DATE) - CAST(%s AS DATE))"
                        % (args[0].sql("postgres"), args[1].sql("postgres")))
         return node
+    if isinstance(node, (exp.Year, exp.Month, exp.Day)):
+        # YEAR(d) and its kin: PostgreSQL extracts the field (as a number).
+        field = exp.Extract(this=exp.Var(this=type(node).__name__.upper()), expression=node.this)
+        return exp.Cast(this=field, to=exp.DataType.build("int"))
     if isinstance(node, exp.IfNull):
         return exp.Coalesce(this=node.this, expressions=[node.expression])
     if isinstance(node, exp.Matches):
@@ -114,9 +118,10 @@ def _fix_node(node, read):
 
 
 # Words that may need _fix_node: a statement without any of them is left as the library wrote it.
-_NEEDS_FIXING = re.compile(r"\b(?:dbo|%s|TRUNC|DATEDIFF|DECODE|NEXTVAL|CURRVAL)\b" % "|".join(
+_NEEDS_FIXING = re.compile(r"\b(?:dbo|%s|TRUNC|DATEDIFF|DECODE|NEXTVAL|CURRVAL|YEAR|MONTH|DAY)\b" % "|".join(
     set(_NO_ARGUMENT) | set(_RENAMED) | set(_BARE)), re.IGNORECASE)
-_TOUCHED = {exp.Anonymous, exp.IfNull, exp.Matches, exp.DateDiff, exp.Column, exp.Table}
+_TOUCHED = {exp.Anonymous, exp.IfNull, exp.Matches, exp.DateDiff, exp.Column, exp.Table, exp.Year,
+            exp.Month, exp.Day}
 
 
 def _bare_word(node):
@@ -157,11 +162,21 @@ def _pre_rewrite(text, read):
     return text
 
 
+# The library's names of binary operators, as they are written.
+_OPERATORS = {"GT": "'>'", "GTE": "'>='", "LT": "'<'", "LTE": "'<='", "EQ": "'='", "NEQ": "'<>'",
+              "ADD": "'+'", "SUB": "'-'", "MUL": "'*'", "DIV": "'/'", "MOD": "'%'", "AND": "AND",
+              "OR": "OR", "LIKE": "LIKE", "ILIKE": "ILIKE", "IS": "IS", "DPIPE": "'||'"}
+
+
 def _plain_reason(reason):
     """The library's reason in words a user can act on."""
     m = re.match(r"Required keyword: '(\w+)' missing for <class 'sqlglot\.expressions\.(\w+)'>", reason)
     if m:
-        return "a part of this %s is missing (%s)" % (m.group(2).upper(), m.group(1))
+        kind = m.group(2).upper()
+        if kind in _OPERATORS:
+            return "the operator %s misses its %s operand" % (
+                _OPERATORS[kind], "right" if m.group(1) == "expression" else "left")
+        return "a part of this %s is missing (%s)" % (kind, m.group(1))
     if reason.startswith("Invalid expression / Unexpected token"):
         return "the statement cannot be read from here on"
     return reason
