@@ -8,7 +8,7 @@ PACKAGES=(
     qtbase5-dev qtbase5-dev-tools libqt5svg5-dev libqscintilla2-qt5-dev
     python3 python3-sqlglot postgresql postgresql-client util-linux
     fonts-open-sans
-    xvfb xauth imagemagick xdotool
+    xvfb xauth imagemagick xdotool openbox
     desktop-file-utils appstream
     g++-mingw-w64-x86-64
     diffutils findutils grep time
