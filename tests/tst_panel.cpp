@@ -255,21 +255,6 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(path("escape")));
     }
 
-    void copyWithF6()
-    {
-        m_manager->setCopyPrompt([](QString &) { return true; });
-        QStringList messages;
-        m_manager->setNotify([&messages](const QString &message) { messages << message; });
-        leftTree()->setCurrentRow(row(m_left, "a.sql"));
-        QSignalSpy finished(m_manager, &PanelManager::copyFinished);
-        QTest::keyClick(leftTree(), Qt::Key_F6);
-        QVERIFY(finished.wait());
-        QVERIFY(QFile::exists(path("right/a.sql")));
-        QVERIFY(row(m_right, "a.sql") >= 0);
-        QCOMPARE(messages, QStringList{"Copy finished: 1 copied, 0 skipped, 0 failed."});
-        QVERIFY(!m_manager->cancelCopy());
-    }
-
     void filterDialog()
     {
         for (const bool accept : {false, true}) {
