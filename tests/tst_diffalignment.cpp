@@ -88,11 +88,8 @@ private Q_SLOTS:
         QFETCH(QStringList, left);
         QFETCH(QStringList, right);
         QFETCH(QString, rows);
-        QFETCH(QString, hunksOnly);
-        QFETCH(QString, leftFillers);
-        QFETCH(QString, rightFillers);
         QCOMPARE(rowsText(left, right, false), rows);
-        QCOMPARE(rowsText(left, right, true), hunksOnly);
+        QTEST(rowsText(left, right, true), "hunksOnly");
         // Fillers of the full view, rebuilt from the rows' text.
         QVector<DiffRow> parsed;
         for (const QString &cell : rows.split(' ', Qt::SkipEmptyParts)) {
@@ -100,8 +97,8 @@ private Q_SLOTS:
             parsed.append({sides[0] == "-" ? -1 : sides[0].toInt(),
                            sides[1] == "-" ? -1 : sides[1].toInt(), cell.contains('|')});
         }
-        QCOMPARE(fillersText(DiffAlignment::fillers(parsed, LeftPart)), leftFillers);
-        QCOMPARE(fillersText(DiffAlignment::fillers(parsed, RightPart)), rightFillers);
+        QTEST(fillersText(DiffAlignment::fillers(parsed, LeftPart)), "leftFillers");
+        QTEST(fillersText(DiffAlignment::fillers(parsed, RightPart)), "rightFillers");
     }
 
     void changedRanges_data()
@@ -138,12 +135,10 @@ private Q_SLOTS:
         QFETCH(QString, left);
         QFETCH(QString, right);
         QFETCH(int, options);
-        QFETCH(QString, leftChanged);
-        QFETCH(QString, rightChanged);
         QVector<DiffRange> l, r;
         DiffAlignment::changedRanges(left, right, FileComparator::Options(options), l, r);
-        QCOMPARE(rangesText(left, l), leftChanged);
-        QCOMPARE(rangesText(right, r), rightChanged);
+        QTEST(rangesText(left, l), "leftChanged");
+        QTEST(rangesText(right, r), "rightChanged");
     }
 };
 
