@@ -189,21 +189,27 @@ void TestFileOperations::oddNames()
     const QByteArray lookAlike = QString::fromUtf8(name).toUtf8();
     if (lookAlike != name)
         writeRaw(src + '/' + lookAlike, "look-alike");
-    const QString dst = dir.createDir("dst");
 
-    // Alone, as the panel hands it over, and inside a folder, as the walk finds it.
-    for (const QString &source : {QFile::decodeName(src + '/' + name), QFile::decodeName(src)}) {
-        CopyObjects copy({source}, dst);
-        copy.setPrompt([](QString &) { return true; });
-        copy.setNotify([](const QString &) {});
-        const FileCopier::Summary summary = runCopy(copy);
-        QCOMPARE(failedPaths(summary), QStringList());
+    // Written as unnamed files and, as where the file system has none, under a
+    // hidden name; each alone, as the panel hands it over, and inside a folder,
+    // as the walk finds it.
+    for (const bool unnamed : {true, false}) {
+        FileCopier::setUnnamedFiles(unnamed);
+        const QString dst = dir.createDir(unnamed ? "unnamed" : "named");
+        for (const QString &source : {QFile::decodeName(src + '/' + name), QFile::decodeName(src)}) {
+            CopyObjects copy({source}, dst);
+            copy.setPrompt([](QString &) { return true; });
+            copy.setNotify([](const QString &) {});
+            const FileCopier::Summary summary = runCopy(copy);
+            QCOMPARE(failedPaths(summary), QStringList());
+        }
+        FileCopier::setUnnamedFiles(true);
+        const QMap<QByteArray, QByteArray> copied = snapshot(native(dst));
+        QCOMPARE(copied.value(name), QByteArray("the real one"));
+        QCOMPARE(copied.value("folder/" + name), QByteArray("the real one"));
+        // Nothing else: no temporary file left, the look-alike only inside the folder.
+        QCOMPARE(copied.size(), lookAlike != name ? 4 : 3);
     }
-    const QMap<QByteArray, QByteArray> copied = snapshot(native(dst));
-    QCOMPARE(copied.value(name), QByteArray("the real one"));
-    QCOMPARE(copied.value("folder/" + name), QByteArray("the real one"));
-    // Nothing else: no temporary file left, the look-alike only inside the folder.
-    QCOMPARE(copied.size(), lookAlike != name ? 4 : 3);
 }
 
 void TestFileOperations::typedTarget_data()
@@ -365,6 +371,8 @@ void TestFileOperations::failures_data()
     QTest::newRow("target folder missing") << "big.bin" << "missing/deeper"
                                            << "deeper: the target folder does not exist";
     QTest::newRow("write fails (file size limit)") << "big.bin" << "" << "big.bin: File too large";
+    QTest::newRow("write fails (file size limit), named temporary")
+        << "big.bin" << "" << "big.bin: File too large";
     QTest::newRow("target folder not writable") << "big.bin" << "locked"
                                                 << "big.bin: Permission denied";
     QTest::newRow("FIFO") << "pipe" << ""
@@ -379,6 +387,7 @@ void TestFileOperations::failures()
     QFETCH(QString, source);
     QFETCH(QString, typed);
     const bool limited = QByteArray(QTest::currentDataTag()).contains("limit");
+    const bool named = QByteArray(QTest::currentDataTag()).contains("named");
     if (typed == "locked" && ::geteuid() == 0)
         QSKIP("permissions do not bind the super-user");
     TestDir dir;
@@ -406,7 +415,9 @@ void TestFileOperations::failures()
         small.rlim_cur = 64 * 1024;
         ::setrlimit(RLIMIT_FSIZE, &small);
     }
+    FileCopier::setUnnamedFiles(!named);
     const FileCopier::Summary summary = runCopy(copy);
+    FileCopier::setUnnamedFiles(true);
     if (limited)
         ::setrlimit(RLIMIT_FSIZE, &saved);
     QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

@@ -14,9 +14,11 @@
  * Copies files, links and whole folders; meant to be moved to a worker thread
  * and started through run(). Folders are copied with their contents, links
  * are copied as links and never followed, and anything else (FIFOs, sockets,
- * devices) is refused without being opened. Each file is written under a
- * short hidden name in the target folder and renamed only when complete, so
- * a failed or cancelled copy never leaves a partial file under the real name.
+ * devices) is refused without being opened. A file gets its name only when
+ * complete: it is written as an unnamed file and linked in at the end, or,
+ * where the file system cannot do that and when it replaces another file,
+ * written under a short hidden name and renamed. So a failed, cancelled or
+ * killed copy never leaves a partial file under the real name.
  *
  * When a target name is taken the copier emits conflict() and waits until
  * answer() or stop() is called from another thread.
@@ -58,6 +60,12 @@ public:
     /** The name a Rename choice gives: "name (1).ext", "name (2).ext", ... the first free one. */
     static QString freeName(const QString &target, bool folder);
 
+    /**
+     * With false, files are written under a hidden name as on a file system
+     * without unnamed files; for copies started afterwards.
+     */
+    static void setUnnamedFiles(bool allowed);
+
 public Q_SLOTS:
     void run();
 
@@ -69,30 +77,35 @@ Q_SIGNALS:
     void finished(const FileCopier::Summary &summary);
 
 private:
-    enum Kind { Folder, File, Link, Other };
+    enum Kind { Folder, File, Link, Other, Unreadable };
     struct Entry
     {
-        QString source;
-        QString name;      // the target's name, under the parent's target
+        QByteArray source; // the whole path, in the file system's encoding
+        QByteArray name;   // the target's name under the parent's target; a job's top: its path
         int parent;        // index of the folder entry, -1 for a job's top
         Kind kind;
         qint64 size;
     };
 
-    void scan(const QString &source, const QString &name, int parent);
-    bool copyEntry(const Entry &entry, QString &target, bool inNewFolder);
+    void scanTop(const QString &source, const QString &target);
+    void scanFolder(int folder);
+    bool openFolders(const Entry &entry, const QByteArray &target);
+    void closeFolders();
+    bool copyEntry(const Entry &entry, QByteArray &target, bool inNewFolder);
     Choice resolve(const QString &source, const QString &target);
-    bool copyFile(const Entry &entry, const QString &target, bool replace);
-    bool copyLink(const Entry &entry, const QString &target, bool replace);
-    bool finishTemporary(const QString &temporary, const QString &target, bool replace);
-    QString temporaryName(const QString &folder);
+    bool copyFile(const Entry &entry, const QByteArray &target, bool replace);
+    bool copyData(int in, int out, const Entry &entry, const QByteArray &target, qint64 size);
+    bool copyLink(const Entry &entry, const QByteArray &target, bool replace);
+    bool finishTemporary(const QByteArray &temporary, const QByteArray &target, bool replace);
+    QByteArray temporaryName();
     void fail(const QString &path, const QString &reason);
-    void reportProgress(const QString &current, bool force);
+    void fail(const QByteArray &path, const QString &reason);
+    void reportProgress(const QByteArray &current, bool force);
 
     QVector<Job> m_jobs;
     QVector<Entry> m_entries;
-    QVector<QString> m_targets;   // resolved target per entry; empty when not made
-    QVector<bool> m_made;         // folders made by this copy, so empty before it
+    QVector<QByteArray> m_targets;   // resolved target per entry; empty when not made
+    QVector<bool> m_made;            // folders made by this copy, so empty before it
     int m_current = 0;
     QByteArray m_buffer;
     Summary m_summary;
@@ -103,6 +116,16 @@ private:
     QElapsedTimer m_clock;
     qint64 m_lastProgress = 0;
     int m_temporaryCounter = 0;
+    qint64 m_pid = 0;
+
+    // The source and target folders of the entries being copied, open so that
+    // each file is reached by its name alone.
+    int m_sourceFolder = -1;
+    int m_targetFolder = -1;
+    QByteArray m_openSource;
+    QByteArray m_openTarget;
+    bool m_unnamedPossible = false;   // unnamed files can be given a name on this system
+    bool m_unnamedFiles = false;      // ... and made in the open target folder
 
     std::atomic<bool> m_stop{false};
     std::mutex m_mutex;
