@@ -85,9 +85,8 @@ class Workflow(unittest.TestCase):
                     "leftPanel\\Path=%s\nrightPanel\\Path=%s\n" % (self.src, self.out))
         self.start_display()
 
-    def start(self, args, **kwargs):
-        process = subprocess.Popen(args, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                   env=self.env, **kwargs)
+    def start(self, args, output=subprocess.DEVNULL, **kwargs):
+        process = subprocess.Popen(args, stdout=output, stderr=output, env=self.env, **kwargs)
         self.addCleanup(self.stop, process)
         return process
 
@@ -140,7 +139,19 @@ class Workflow(unittest.TestCase):
 
     def test_day_of_work(self):
         scripts = sorted(n for n in os.listdir(self.src) if n.endswith(".sql"))
-        self.app = self.start([APP])
+        log = open(os.path.join(self.dir.name, "application.log"), "wb")
+        self.addCleanup(log.close)
+        self.app = self.start([APP], output=log)
+        try:
+            self.work(scripts)
+        except AssertionError as e:
+            # The application's own words (a sanitizer's report among them) go with the failure.
+            with open(log.name, errors="replace") as f:
+                said = f.read()[-20000:]
+            ended = "" if self.app.poll() is None else " (it ended with %d)" % self.app.returncode
+            raise AssertionError("%s\n--- the application said%s ---\n%s" % (e, ended, said)) from None
+
+    def work(self, scripts):
         self.wait_window("Morvane Navarch")
 
         # Convert every script of the left panel: the keys go to its list from the start.
@@ -195,6 +206,7 @@ class Workflow(unittest.TestCase):
             settings = f.read()
         self.assertIn("leftPanel\\Path=%s\n" % self.src, settings)
         self.assertIn("rightPanel\\Path=%s\n" % self.out, settings)
+
 
     def load_into_postgresql(self):
         """Every script the engine wrote loads into PostgreSQL, tables before their users."""
