@@ -107,29 +107,6 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(shm));
     }
 
-    void terminateEndsChildren()
-    {
-        const QString pidFile = m_dir->filePath(QStringLiteral("child.pid"));
-        setScript(QStringLiteral("child %1\nsleep 60000").arg(pidFile));
-        QVERIFY(m_conversion->start());
-        QTRY_VERIFY(QFileInfo(pidFile).size() > 0);
-        const pid_t child = fileBytes(pidFile).trimmed().toInt();
-        QVERIFY(child > 0);
-        QCOMPARE(::kill(child, 0), 0);
-
-        m_conversion->terminate();
-        QVERIFY(process()->waitForFinished(5000));
-        // Gone, or a zombie waiting for whoever adopted it.
-        const auto alive = [child] {
-            QFile stat(QStringLiteral("/proc/%1/stat").arg(child));
-            if (!stat.open(QIODevice::ReadOnly))
-                return false;
-            const QByteArray text = stat.readAll();
-            return text.mid(text.lastIndexOf(')') + 2, 1) != "Z";
-        };
-        QTRY_VERIFY(!alive());
-    }
-
     void flood()
     {
         QSignalSpy errors(m_conversion.get(), &Conversion::errorsChanged);

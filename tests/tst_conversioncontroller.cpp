@@ -39,14 +39,19 @@ private:
     QStringList m_labels;
     int m_questions = 0;
 
+    void setScript(ConversionController *controller, const QString &script)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TESTENGINE_SCRIPT"), QStringLiteral("inline:") + script);
+        controller->conversion()->process()->setProcessEnvironment(environment);
+    }
+
     // Starts a run of the test engine on @p controller (this window's by default).
     void startRun(const QString &script, const QStringList &files = {},
                   ConversionController *controller = nullptr)
     {
         controller = controller ? controller : m_controller;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("TESTENGINE_SCRIPT"), QStringLiteral("inline:") + script);
-        controller->conversion()->process()->setProcessEnvironment(environment);
+        setScript(controller, script);
         const QStringList selection = files.isEmpty()
             ? QStringList{m_dir->createFile(QStringLiteral("in/a.sql"), "select 1;")}
             : files;
@@ -132,6 +137,7 @@ private Q_SLOTS:
         QVERIFY(log().contains(QStringLiteral("Conversion stopped on request: exit code 0")));
     }
 
+    // The engine ignores Stop: the question comes once; Yes ends the engine and its children.
     void terminateQuestion_data()
     {
         QTest::addColumn<bool>("answer");
@@ -146,8 +152,17 @@ private Q_SLOTS:
         m_conversion->stopper()->setStopTimeout(timeout);
         m_controller->setTerminateQuestion(nullptr);
         BoxAnswer box(answer ? QMessageBox::Yes : QMessageBox::No);
-        startRun(QStringLiteral("sleep 30000"));
+        const QString pidFile = m_dir->filePath(QStringLiteral("child.pid"));
+        startRun(QStringLiteral("child %1\nsleep 30000").arg(pidFile));
         QTRY_COMPARE(label(), QStringLiteral("Running"));
+        QTRY_VERIFY(QFileInfo(pidFile).size() > 0);
+        // The engine's child: neither gone nor a zombie waiting for whoever adopted it.
+        const QString stat = QStringLiteral("/proc/%1/stat").arg(QString(fileBytes(pidFile).trimmed()));
+        const auto childAlive = [stat] {
+            const QByteArray text = fileBytes(stat);
+            return text != "<unreadable>" && text.mid(text.lastIndexOf(')') + 2, 1) != "Z";
+        };
+        QVERIFY(childAlive());
         m_controller->StopConversion();
         m_controller->StopConversion();
         QTRY_COMPARE_WITH_TIMEOUT(box.count, 1, 6000);
@@ -155,39 +170,13 @@ private Q_SLOTS:
         if (answer) {
             QTRY_COMPARE(m_conversion->state(), QProcess::NotRunning);
             QVERIFY(log().contains(QStringLiteral("The conversion engine was terminated after")));
+            QTRY_VERIFY(!childAlive()); // ended with the engine
         } else {
             // One question per timeout, however often Stop was pressed.
             QTest::qWait(2 * timeout + 100);
             QCOMPARE(box.count, 1);
             QCOMPARE(m_conversion->state(), QProcess::Running);
         }
-    }
-
-    void summary_data()
-    {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("non-zero exit")
-            << "out Converting script (\"/a.sql\") to X\\nline 4 - unexpected token 'x'\\n\nexit 3"
-            << QStringList{"Converting script", "Conversion finished: exit code 3, duration",
-                           "1 script(s) with errors"};
-        QTest::newRow("crash") << "out working\\n\ncrash" << QStringList{"working\n", "crashed"};
-        QTest::newRow("invalid UTF-8 and bare carriage returns")
-            << "out Converting script (\"/\\xff.sql\") to X\\nline 2 - unexpected token 'a\\rb'\\n\\rxy\\r\\n"
-               "\nout Converting script (\"/n.sql\") to X\\n"
-            << QStringList{"Converting script (\"/\xef\xbf\xbd.sql\")", "exit code 0"};
-    }
-
-    void summary()
-    {
-        QFETCH(QString, script);
-        QFETCH(QStringList, expected);
-        QSignalSpy finished(m_controller, &ConversionController::runFinished);
-        startRun(script);
-        QVERIFY(finished.wait(10000));
-        for (const QString &text : expected)
-            QVERIFY2(log().contains(text), qPrintable(log()));
-        QCOMPARE(label(), QStringLiteral("Not Running"));
     }
 
     void folderSelectionUsesMask()
@@ -294,23 +283,37 @@ private Q_SLOTS:
         QTRY_COMPARE(bar->value(), bar->maximum());
     }
 
-    void earlyFailuresShowTheLog_data()
+    // However a run ends, before the start or after, the log is shown and says why.
+    void runEnds_data()
     {
-        QTest::addColumn<QString>("failure");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("nothing selected") << "selection" << "Incorrect source file or destination path";
-        QTest::newRow("engine missing") << "engine" << "no-engine' does not exist; nothing was converted";
-        QTest::newRow("engine not on PATH") << "bare engine" << "was not found beside the application";
-        QTest::newRow("output folder missing") << "output" << "does not exist; nothing was converted";
-        QTest::newRow("INI of the options missing") << "ini" << "given in the migration options does not exist";
+        QTest::addColumn<QString>("failure"); // what is wrong before the start; empty: nothing
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("non-zero exit")
+            << "" << "out Converting script (\"/a.sql\") to X\\nline 4 - unexpected token 'x'\\n\nexit 3"
+            << QStringList{"Converting script", "Conversion finished: exit code 3, duration",
+                           "1 script(s) with errors"};
+        QTest::newRow("crash") << "" << "out working\\n\ncrash" << QStringList{"working\n", "crashed"};
+        QTest::newRow("invalid UTF-8 and bare carriage returns")
+            << "" << "out Converting script (\"/\\xff.sql\") to X\\nline 2 - unexpected token 'a\\rb'\\n\\rxy\\r\\n"
+               "\nout Converting script (\"/n.sql\") to X\\n"
+            << QStringList{"Converting script (\"/\xef\xbf\xbd.sql\")", "exit code 0"};
+        QTest::newRow("nothing selected") << "selection" << "" << QStringList{"Incorrect source file or destination path"};
+        QTest::newRow("engine missing") << "engine" << "" << QStringList{"no-engine' does not exist; nothing was converted"};
+        QTest::newRow("engine not on PATH") << "bare engine" << "" << QStringList{"was not found beside the application"};
+        QTest::newRow("output folder missing") << "output" << "" << QStringList{"does not exist; nothing was converted"};
+        QTest::newRow("INI of the options missing") << "ini" << "" << QStringList{"given in the migration options does not exist"};
     }
-    void earlyFailuresShowTheLog()
+
+    void runEnds()
     {
         QFETCH(QString, failure);
-        QFETCH(QString, message);
+        QFETCH(QString, script);
+        QFETCH(QStringList, expected);
         m_window->show();
         QTabWidget *tabs = m_window->form()->tabWidget;
         tabs->setVisible(false);
+        // No settings file for the engine: a run that starts says so, one that fails does not.
         QMap<QString, QString> options;
         QStringList files{m_dir->createFile(QStringLiteral("in/a.sql"), "select 1;")};
         QString output = m_dir->createDir(QStringLiteral("out"));
@@ -322,20 +325,23 @@ private Q_SLOTS:
             m_conversion->setEngineProgram(QStringLiteral("morvane-engine-that-is-nowhere"));
         else if (failure == QLatin1String("output"))
             output = m_dir->filePath(QStringLiteral("gone"));
-        else
+        else if (failure == QLatin1String("ini"))
             options.insert(QStringLiteral("/INI="), m_dir->filePath(QStringLiteral("none.ini")));
+        setScript(m_controller, script);
         QSignalSpy finished(m_controller, &ConversionController::runFinished);
-        m_controller->runOrPause(options, QStringLiteral("System"), QStringLiteral("System"), files,
+        m_controller->runOrPause(options, QStringLiteral("System"), QStringLiteral("UTF-8"), files,
                                  output);
-        QCOMPARE(finished.count(), 1);
-        QCOMPARE(m_conversion->state(), QProcess::NotRunning);
-        QVERIFY(m_conversion->stopEventName().isEmpty());
+        // A failure before the start ends the run before Run returns.
+        QVERIFY(failure.isEmpty() ? finished.wait(10000) : finished.count() == 1);
+        QCOMPARE(label(), QStringLiteral("Not Running"));
+        QVERIFY(failure.isEmpty() || m_conversion->stopEventName().isEmpty());
         QVERIFY(tabs->isVisible());
         QCOMPARE(tabs->currentIndex(), 1);
         m_window->conversionLogView()->flush();
         const QString shown = m_window->form()->textEditLogView->toPlainText();
-        QVERIFY2(shown.contains(message), qPrintable(shown));
-        QVERIFY2(!shown.contains(QStringLiteral("own defaults")), qPrintable(shown));
+        for (const QString &text : expected)
+            QVERIFY2(shown.contains(text), qPrintable(shown));
+        QCOMPARE(shown.contains(QStringLiteral("own defaults")), failure.isEmpty());
     }
 
     void pauseAsksNoSaveQuestion()
