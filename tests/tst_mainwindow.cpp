@@ -318,24 +318,6 @@ private Q_SLOTS:
         QCOMPARE(shown, QStringLiteral("PostgreSQL|"));
     }
 
-    // A running engine shows the log; the end of a run undoes the paused look.
-    void processState()
-    {
-        MainWindow window(nullptr, qApp, QString());
-        window.show();
-        QTabWidget *tabs = window.form()->tabWidget;
-        tabs->setCurrentIndex(0);
-        window.changeProcessState(QProcess::Starting);
-        QVERIFY(!tabs->isVisible());
-        window.changeProcessState(QProcess::Running);
-        QVERIFY(tabs->isVisible());
-        QCOMPARE(tabs->currentIndex(), 1);
-        window.conversionMode();
-        window.changeProcessState(QProcess::NotRunning);
-        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
-        QCOMPARE(window.runAction()->toolTip(), QStringLiteral("F5 - Run (only for left panel)"));
-    }
-
     void functionKeys()
     {
         TestDir dir;
@@ -377,7 +359,8 @@ private Q_SLOTS:
         QVERIFY(window->findAction()->isEnabled());
     }
 
-    // The log button shows and hides the tabs; a search or a run brings its own tab.
+    // The log button shows and hides the tabs; a search, a run and a running engine bring
+    // their tab; the end of a run undoes the paused look.
     void logTabs()
     {
         MainWindow window(nullptr, qApp, QString());
@@ -393,6 +376,18 @@ private Q_SLOTS:
         QCOMPARE(tabs->currentIndex(), 0);
         window.ShowConversionLog();
         QCOMPARE(tabs->currentIndex(), 1);
+
+        tabs->setCurrentIndex(0);
+        QTest::mouseClick(window.form()->logViewButton, Qt::LeftButton);
+        window.changeProcessState(QProcess::Starting);
+        QVERIFY(!tabs->isVisible());
+        window.changeProcessState(QProcess::Running);
+        QVERIFY(tabs->isVisible());
+        QCOMPARE(tabs->currentIndex(), 1);
+        window.conversionMode();
+        window.changeProcessState(QProcess::NotRunning);
+        QCOMPARE(window.form()->labelProcessState->text(), QStringLiteral("Not Running"));
+        QCOMPARE(window.runAction()->toolTip(), QStringLiteral("F5 - Run (only for left panel)"));
     }
 
     void startupPaths_data()
