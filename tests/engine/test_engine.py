@@ -149,11 +149,11 @@ class SchemasTest(EngineTest):
                 self.assertRegex(log, r"5 views[, ]")
                 for line, what in procedural:
                     self.assertIn("line %d - not converted: %s:" % (line, what), log)
+                if source == "MySQL":
+                    self.check_mysql_rules(db)
 
-    def test_mysql_enum_and_unsigned_rules_hold(self):
-        script = os.path.join(SCHEMAS, "harbour_mysql.sql")
-        self.convert([script], "MySQL")
-        db = self.load(os.path.join(self.out, "harbour_mysql.sql"))
+    def check_mysql_rules(self, db):
+        """MySQL's ENUM and SET columns keep their values out of PostgreSQL's."""
         for sql, accepted in [
             ("INSERT INTO owners (name, country, segment) VALUES ('A', 'NO', 'large')", True),
             ("INSERT INTO owners (name, country, segment) VALUES ('B', 'NO', 'huge')", False),
@@ -163,9 +163,8 @@ class SchemasTest(EngineTest):
             ("INSERT INTO vessels (imo_number, name, vessel_type_id, owner_id, flags) "
              "VALUES ('9000002', 'Terne', 1, 1, 'ice,sails')", False),
         ]:
-            with self.subTest(sql=sql):
-                code, output = SERVER.psql(db, sql, stop_on_error=True)
-                self.assertEqual(code == 0, accepted, output)
+            code, output = SERVER.psql(db, sql, stop_on_error=True)
+            self.assertEqual(code == 0, accepted, sql + "\n" + output)
 
 
 class ScriptFormsTest(EngineTest):
