@@ -1,6 +1,7 @@
 #include "filenamecodec.h"
 #include "find.h"
 #include "findlinescanner.h"
+#include "findresultmodel.h"
 #include "findscript.h"
 #include "settings.h"
 #include "testsupport.h"
@@ -10,7 +11,7 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTextCodec>
-#include <QTreeWidget>
+#include <QTreeView>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,31 +20,35 @@ namespace {
 
 using Row = QStringList;
 
-bool hasTotals(const QTreeWidget &tree)
+QString cell(const QAbstractItemModel &model, int row, int column)
 {
-    const int n = tree.topLevelItemCount();
-    return n >= 2 && tree.topLevelItem(n - 1)->text(0).startsWith(QLatin1String("Total number of files"));
+    return model.index(row, column).data().toString();
+}
+
+bool hasTotals(const QAbstractItemModel &model)
+{
+    const int n = model.rowCount();
+    return n >= 2 && cell(model, n - 1, 0).startsWith(QLatin1String("Total number of files"));
 }
 
 // The hit rows (path, line, text), without the summary rows at the end.
-QList<Row> hitRows(const QTreeWidget &tree)
+QList<Row> hitRows(const QAbstractItemModel &model)
 {
     QList<Row> rows;
-    for (int i = 0; i < tree.topLevelItemCount(); ++i) {
-        const QTreeWidgetItem *item = tree.topLevelItem(i);
-        if (!item->text(0).startsWith(QLatin1Char('/')))
+    for (int i = 0; i < model.rowCount(); ++i) {
+        if (!cell(model, i, 0).startsWith(QLatin1Char('/')))
             break;
-        rows << Row{item->text(0), item->text(1), item->text(2)};
+        rows << Row{cell(model, i, 0), cell(model, i, 1), cell(model, i, 2)};
     }
     return rows;
 }
 
 // The summary rows after the hits.
-QStringList summary(const QTreeWidget &tree)
+QStringList summary(const QAbstractItemModel &model)
 {
     QStringList rows;
-    for (int i = hitRows(tree).size(); i < tree.topLevelItemCount(); ++i)
-        rows << tree.topLevelItem(i)->text(0);
+    for (int i = hitRows(model).size(); i < model.rowCount(); ++i)
+        rows << cell(model, i, 0);
     return rows;
 }
 
@@ -61,7 +66,7 @@ class TestFind : public QObject
 
 private:
     std::unique_ptr<TestDir> m_dir;
-    std::unique_ptr<QTreeWidget> m_tree;
+    std::unique_ptr<QTreeView> m_view;
     std::unique_ptr<FindScript> m_script;
 
     // Runs a search to its end and returns the hit rows.
@@ -69,11 +74,11 @@ private:
                       QRegExp::PatternSyntax syntax = QRegExp::FixedString,
                       bool caseSensitive = true, bool wholeWords = false)
     {
-        m_tree->clear();
+        m_script->results()->clear();
         if (!m_script->findCommandEvent(folder, masks, text, syntax, caseSensitive, wholeWords))
             return {};
-        [&] { QTRY_VERIFY_WITH_TIMEOUT(hasTotals(*m_tree), 60000); }();
-        return hitRows(*m_tree);
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(hasTotals(*m_script->results()), 60000); }();
+        return hitRows(*m_script->results());
     }
 
     // Blocks the worker at each file until @p done says so (at most 5 s).
@@ -85,11 +90,21 @@ private:
         }, Qt::DirectConnection);
     }
 
+    // A real double click on @p row of the results list.
+    void doubleClick(int row)
+    {
+        m_view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+        const QRect rect = m_view->visualRect(m_script->results()->index(row, 0));
+        QTest::mouseClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, rect.center());
+        QTest::mouseDClick(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, rect.center());
+    }
+
     // The texts of the two totals rows.
     QStringList totals() const
     {
-        const int n = m_tree->topLevelItemCount();
-        return {m_tree->topLevelItem(n - 2)->text(0), m_tree->topLevelItem(n - 1)->text(0)};
+        const QStringList rows = summary(*m_script->results());
+        return rows.mid(rows.size() - 2);
     }
 
 private Q_SLOTS:
@@ -103,11 +118,11 @@ private Q_SLOTS:
     void init()
     {
         m_dir = std::make_unique<TestDir>();
-        m_tree = std::make_unique<QTreeWidget>();
-        m_script = std::make_unique<FindScript>(m_tree.get());
+        m_view = std::make_unique<QTreeView>();
+        m_script = std::make_unique<FindScript>(m_view.get());
     }
 
-    void cleanup() { m_script.reset(); m_tree.reset(); m_dir.reset(); }
+    void cleanup() { m_script.reset(); m_view.reset(); m_dir.reset(); }
 
     // A mask entry, described or plain, down to the masks the walk uses.
     void masks_data()
@@ -209,7 +224,8 @@ private Q_SLOTS:
             QCOMPARE(rows.first().at(1), QStringLiteral("2"));
     }
 
-    // Totals count lines and files; a double click opens the hit's line, not a totals row.
+    // Totals count lines and files; a double click or Return opens the hit's line, not a
+    // totals row.
     void totalsAndDoubleClick()
     {
         m_dir->createFile("a.sql", "select 1\nnothing\nselect 2\n");
@@ -218,11 +234,14 @@ private Q_SLOTS:
         QCOMPARE(search(m_dir->path(), "*.sql", "select").size(), 3);
         QCOMPARE(totals(), (QStringList{"Total number of lines: 3", "Total number of files: 2"}));
         QSignalSpy open(m_script.get(), &FindScript::openFileAtLine);
-        emit m_tree->itemDoubleClicked(m_tree->topLevelItem(0), 0);
-        emit m_tree->itemDoubleClicked(m_tree->topLevelItem(3), 0); // a totals row
-        const Row first = hitRows(*m_tree).first();
-        QCOMPARE(open.count(), 1);
-        QCOMPARE(open.first(), (QVariantList{first.at(0), first.at(1).toInt()}));
+        doubleClick(0);
+        doubleClick(3); // a totals row
+        m_view->setCurrentIndex(m_script->results()->index(2, 0));
+        QTest::keyClick(m_view.get(), Qt::Key_Return);
+        const QList<Row> rows = hitRows(*m_script->results());
+        QCOMPARE(open.count(), 2);
+        QCOMPARE(open.at(0), (QVariantList{rows.at(0).at(0), rows.at(0).at(1).toInt()}));
+        QCOMPARE(open.at(1), (QVariantList{rows.at(2).at(0), rows.at(2).at(1).toInt()}));
     }
 
     // Where a hit's match lies in its line, so that opening the hit can show it.
@@ -261,7 +280,7 @@ private Q_SLOTS:
         QVERIFY(!m_script->findCommandEvent(m_dir->path(), "*.sql", "a(b", QRegExp::RegExp, true,
                                             false));
         QVERIFY(!m_script->isSearching());
-        QCOMPARE(m_tree->topLevelItemCount(), 0);
+        QCOMPARE(m_script->results()->rowCount(), 0);
         QCOMPARE(busy.count(), 0);
     }
 
@@ -398,7 +417,7 @@ private Q_SLOTS:
         if (!expected.isEmpty())
             QCOMPARE(rows.first().mid(1), expected);
         const bool binary = content.contains('\0') && !content.startsWith('\xff') && !content.startsWith('\xfe');
-        QCOMPARE(summary(*m_tree).first(),
+        QCOMPARE(summary(*m_script->results()).first(),
                  QStringLiteral("Files skipped: %1 binary, 0 unreadable").arg(binary ? 2 : 1));
     }
 
@@ -416,9 +435,9 @@ private Q_SLOTS:
         QCOMPARE(search(m_dir->path(), "*.sql", "needle").size(), 2);
         QSignalSpy open(m_script.get(), &FindScript::openFileAtLine);
         for (int row = 0; row < 2; ++row) {
-            const QTreeWidgetItem *item = m_tree->topLevelItem(row);
-            QVERIFY(item->text(0).contains(QChar::ReplacementCharacter));
-            emit m_tree->itemDoubleClicked(m_tree->topLevelItem(row), 0);
+            QVERIFY(cell(*m_script->results(), row, 0).contains(QChar::ReplacementCharacter));
+            doubleClick(row);
+            QCOMPARE(open.size(), 1);
             QVERIFY(QFileInfo::exists(open.takeFirst().first().toString()));
         }
     }
@@ -474,8 +493,8 @@ private Q_SLOTS:
         QVERIFY(dialogShown);
         QVERIFY(m_script->isSearching());
         release = true;
-        QTRY_VERIFY(hasTotals(*m_tree));
-        const QList<Row> rows = hitRows(*m_tree);
+        QTRY_VERIFY(hasTotals(*m_script->results()));
+        const QList<Row> rows = hitRows(*m_script->results());
         QCOMPARE(rows.size(), 5);
         for (const Row &row : rows)
             QVERIFY(row.at(0).contains("/first/"));
@@ -508,15 +527,15 @@ private Q_SLOTS:
         QTRY_VERIFY(find->reportedLines() >= 1);
         QVERIFY(m_script->stopFind());
         QVERIFY(!find->isRunning());
-        QTRY_VERIFY(hasTotals(*m_tree));
+        QTRY_VERIFY(hasTotals(*m_script->results()));
         const int found = find->reportedLines();
-        const QList<Row> rows = hitRows(*m_tree);
+        const QList<Row> rows = hitRows(*m_script->results());
         QSet<QString> files;
         for (const Row &row : rows)
             files.insert(row.at(0));
         QVERIFY(found >= 1);
         QCOMPARE(rows.size(), found);
-        QCOMPARE(summary(*m_tree),
+        QCOMPARE(summary(*m_script->results()),
                  (QStringList{"Search cancelled: the rows above are what was found until then",
                               QStringLiteral("Total number of lines: %1").arg(found),
                               QStringLiteral("Total number of files: %1").arg(files.size())}));

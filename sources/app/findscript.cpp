@@ -1,52 +1,37 @@
 #include "findscript.h"
 
-#include "filenamecodec.h"
 #include "finddialog.h"
+#include "findresultmodel.h"
 #include "logging.h"
 #include "recentfolderstorage.h"
 
 #include <QDebug>
-#include <QHeaderView>
-#include <QSet>
 #include <QTimer>
-#include <QTreeWidget>
+#include <QTreeView>
 
-namespace {
-
-// Marks the totals rows, which name no file.
-constexpr int TotalRole = Qt::UserRole + 1;
-// The file's path as the file system knows it; the first column shows it readably.
-constexpr int PathRole = Qt::UserRole + 2;
-
-QTreeWidgetItem *hitItem(const QString &path, const QString &line, const QString &text)
-{
-    auto *item = new QTreeWidgetItem(QStringList{FileNameCodec::displayName(path), line, text});
-    item->setData(0, PathRole, path);
-    return item;
-}
-
-} // namespace
-
-FindScript::FindScript(QTreeWidget *resultsTree, QObject *parent)
+FindScript::FindScript(QTreeView *resultsView, QObject *parent)
     : QObject(parent)
     , m_find(new Find(this))
-    , m_tree(resultsTree)
+    , m_view(resultsView)
+    , m_results(new FindResultModel(this))
     , m_rowTimer(new QTimer(this))
 {
-    m_tree->setColumnCount(3);
-    m_tree->setHeaderLabels({QStringLiteral("File name"), QStringLiteral("Line"),
-                             QStringLiteral("Text ")});
-    m_tree->setFocusPolicy(Qt::NoFocus);
-    m_tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_tree->setRootIsDecorated(false);
-    m_tree->setUniformRowHeights(true);
-    m_tree->setColumnWidth(0, 500);
+    m_view->setModel(m_results);
+    m_view->setFocusPolicy(Qt::NoFocus);
+    m_view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->setRootIsDecorated(false);
+    m_view->setItemsExpandable(false);
+    // One height for every row keeps the layout of a huge list linear.
+    m_view->setUniformRowHeights(true);
+    m_view->setColumnWidth(0, 500);
 
     m_rowTimer->setSingleShot(true);
-    m_rowTimer->setInterval(0);
+    m_rowTimer->setInterval(FlushIntervalMs);
     connect(m_rowTimer, &QTimer::timeout, this, &FindScript::addPendingRows);
-    connect(m_tree, &QTreeWidget::itemDoubleClicked, this,
-            [this](QTreeWidgetItem *item, int) { openItem(item); });
+    // A double click (or Return) activates a row; listening to both would open it twice.
+    connect(m_view, &QAbstractItemView::activated, this, &FindScript::openRow);
 }
 
 FindScript::~FindScript()
@@ -93,16 +78,6 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
     m_find->stopFindThread();
     m_rowTimer->stop();
     m_pending.clear();
-    m_pendingStart = 0;
-    m_finishPending = false;
-
-    // Rows of an earlier search that were not cleared count in the file total too.
-    m_paths.clear();
-    for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
-        const QTreeWidgetItem *item = m_tree->topLevelItem(i);
-        if (!item->data(0, TotalRole).toBool())
-            m_paths.insert(item->data(0, PathRole).toString());
-    }
 
     m_findText = findText;
     m_syntax = syntax;
@@ -132,8 +107,7 @@ bool FindScript::findCommandEvent(const QString &folderText, const QString &mask
 
 void FindScript::addFileItem(const QString &path, const QString &line, const QString &text)
 {
-    m_paths.insert(path);
-    m_tree->addTopLevelItem(hitItem(path, line, text.trimmed()));
+    m_results->appendHits({FindHit{path, line, text.trimmed()}});
 }
 
 void FindScript::addHits(const QVector<FindHit> &hits)
@@ -145,37 +119,14 @@ void FindScript::addHits(const QVector<FindHit> &hits)
 
 void FindScript::addPendingRows()
 {
-    const int end = qMin(m_pending.size(), m_pendingStart + RowsPerTurn);
-    QList<QTreeWidgetItem *> items;
-    items.reserve(end - m_pendingStart);
-    for (int i = m_pendingStart; i < end; ++i) {
-        const FindHit &hit = m_pending.at(i);
-        if (i == m_pendingStart || hit.path != m_pending.at(i - 1).path)
-            m_paths.insert(hit.path);
-        items << hitItem(hit.path, hit.line, hit.text);
-    }
-    m_tree->addTopLevelItems(items);
-    m_pendingStart = end;
-    if (m_pendingStart < m_pending.size()) {
-        m_rowTimer->start();
-        return;
-    }
+    m_results->appendHits(m_pending);
     m_pending.clear();
-    m_pendingStart = 0;
-    if (m_finishPending)
-        addTotals();
 }
 
 void FindScript::findFinishedSlot()
 {
-    m_finishPending = true;
-    if (!m_rowTimer->isActive())
-        addTotals();
-}
-
-void FindScript::addTotals()
-{
-    m_finishPending = false;
+    m_rowTimer->stop();
+    addPendingRows();
     QStringList rows;
     if (m_find->wasStopped())
         rows << QStringLiteral("Search cancelled: the rows above are what was found until then");
@@ -183,13 +134,10 @@ void FindScript::addTotals()
     const int unreadable = m_find->unreadableFiles();
     if (binary > 0 || unreadable > 0)
         rows << QStringLiteral("Files skipped: %1 binary, %2 unreadable").arg(binary).arg(unreadable);
+    // Rows of an earlier search that were not cleared count in the file total too.
     rows << QStringLiteral("Total number of lines: %1").arg(m_find->reportedLines())
-         << QStringLiteral("Total number of files: %1").arg(m_paths.size());
-    for (const QString &row : qAsConst(rows)) {
-        auto *item = new QTreeWidgetItem(QStringList{row});
-        item->setData(0, TotalRole, true);
-        m_tree->addTopLevelItem(item);
-    }
+         << QStringLiteral("Total number of files: %1").arg(m_results->fileCount());
+    m_results->appendSummary(rows);
     Q_EMIT turnWaitingMode(Qt::ArrowCursor);
 }
 
@@ -203,7 +151,7 @@ void FindScript::showFindDialog()
         qCDebug(lcFind) << "FindScript: a search is running; request ignored";
         return;
     }
-    m_tree->clear();
+    m_results->clear();
     if (findCommandEvent(dialog.folder(), dialog.maskText(), dialog.pattern(),
                          dialog.patternSyntax(), dialog.isCaseSensitive(),
                          dialog.isWholeWords()))
@@ -233,9 +181,10 @@ bool FindScript::locateMatch(const QString &lineText, int *start, int *length) c
     return true;
 }
 
-void FindScript::openItem(QTreeWidgetItem *item)
+void FindScript::openRow(const QModelIndex &index)
 {
-    if (!item || item->data(0, TotalRole).toBool())
+    if (!index.isValid() || !m_results->isHit(index.row()))
         return;
-    Q_EMIT openFileAtLine(item->data(0, PathRole).toString(), item->text(1).toInt());
+    const FindHit &hit = m_results->hit(index.row());
+    Q_EMIT openFileAtLine(hit.path, hit.line.toInt());
 }

@@ -4,32 +4,33 @@
 
 #include <QObject>
 #include <QRegExp>
-#include <QSet>
 #include <QVector>
 
 #include <functional>
 
+class FindResultModel;
+class QModelIndex;
 class QTimer;
-class QTreeWidget;
-class QTreeWidgetItem;
+class QTreeView;
 class QWidget;
 
 /**
  * Runs find in files from the find dialog and shows the hits in the results
- * tree: one row per hit, then the line and file totals when the search ends.
+ * list: one row per hit, then the line and file totals when the search ends.
  */
 class FindScript : public QObject
 {
     Q_OBJECT
 public:
-    /** Rows added to the tree per turn of the event loop, so the window stays responsive. */
-    static constexpr int RowsPerTurn = 200;
+    /** How often hits that arrived meanwhile are put into the list, as one insertion. */
+    static constexpr int FlushIntervalMs = 50;
 
-    explicit FindScript(QTreeWidget *resultsTree, QObject *parent = nullptr);
+    explicit FindScript(QTreeView *resultsView, QObject *parent = nullptr);
     ~FindScript() override;
 
     Find *finder() const { return m_find; }
-    QTreeWidget *resultsTree() const { return m_tree; }
+    QTreeView *resultsView() const { return m_view; }
+    FindResultModel *results() const { return m_results; }
     bool isSearching() const;
 
     /** Gives the folder the find dialog opens with (the current panel's folder). */
@@ -57,7 +58,7 @@ public:
 
 Q_SIGNALS:
     void turnWaitingMode(Qt::CursorShape cursor);
-    /** A search has started; its rows go to the results tree. */
+    /** A search has started; its rows go to the results list. */
     void searchStarted();
     /** A result row was opened: show @p path at @p line (0 when the row has no line). */
     void openFileAtLine(const QString &path, int line);
@@ -72,16 +73,13 @@ public Q_SLOTS:
 private:
     void addHits(const QVector<FindHit> &hits);
     void addPendingRows();
-    void addTotals();
-    void openItem(QTreeWidgetItem *item);
+    void openRow(const QModelIndex &index);
 
     Find *m_find = nullptr;
-    QTreeWidget *m_tree = nullptr;
+    QTreeView *m_view = nullptr;
+    FindResultModel *m_results = nullptr;
     QTimer *m_rowTimer = nullptr;
     QVector<FindHit> m_pending;
-    QSet<QString> m_paths; // distinct paths of the hit rows in the tree
-    int m_pendingStart = 0;
-    bool m_finishPending = false;
     int m_generation = 0;
     // The last search's pattern, for locateMatch().
     QString m_findText;

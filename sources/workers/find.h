@@ -1,5 +1,6 @@
 #pragma once
 
+#include "findhit.h"
 #include "findlinescanner.h"
 
 #include <QFuture>
@@ -13,16 +14,6 @@
 #include <memory>
 
 class QThreadPool;
-
-/** One result of a search: a matching line, or a listed file when no text is given. */
-struct FindHit
-{
-    QString path;
-    QString line; // the line number as text; empty for a listed file
-    QString text; // the line, trimmed (and cut when very long)
-};
-Q_DECLARE_METATYPE(FindHit)
-Q_DECLARE_METATYPE(QVector<FindHit>)
 
 /**
  * The find-in-files search: walks a folder tree for the files whose names
