@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QHeaderView>
 
+#include <sys/stat.h>
+
 namespace {
 /** One folder shown in the full view. */
 struct Listing
@@ -15,10 +17,11 @@ struct Listing
     TreeWidget tree;
     FullFileView view;
 
-    explicit Listing(const QString &path, const QString &mask = QString())
+    explicit Listing(const QString &path, const QString &mask = QString(), bool hidden = false)
     {
         if (!mask.isNull())
             view.setMask(mask);
+        view.setShowHidden(hidden);
         view.setColumns(&tree);
         view.showObjects(tree.fileModel(), path);
     }
@@ -152,31 +155,65 @@ void TestFileView::listingOrderAndParentRow()
     QCOMPARE(sorted.column(0), QStringList({"..", "zeta", "Alpha", "c", "b", "A"}));
 }
 
+// Links count as what they lead to; dangling links and FIFOs are system
+// entries, listed with the hidden ones. The folder's file total ignores the mask.
 void TestFileView::mask_data()
 {
     QTest::addColumn<QString>("mask");
+    QTest::addColumn<bool>("hidden");
     QTest::addColumn<QStringList>("rows");
     QTest::addColumn<bool>("filtered");
-    const QStringList all{"..", "sub.sql", "a", "b", "c", "Makefile"};
-    QTest::newRow("everything") << "*.*" << all << false;
-    QTest::newRow("one mask keeps folders") << "*.sql" << QStringList({"..", "sub.sql", "a", "c"})
-                                            << true;
-    QTest::newRow("several masks") << "*.sql; *.txt"
-                                   << QStringList({"..", "sub.sql", "a", "b", "c"}) << true;
-    QTest::newRow("question mark") << "?.txt" << QStringList({"..", "sub.sql", "b"}) << true;
-    QTest::newRow("blank means everything") << "  " << all << false;
+    QTest::addColumn<int>("folderFiles");
+    const QStringList all{"..", "ldir", "sub.sql", "a", "b", "c", "l", "Makefile"};
+    QTest::newRow("everything") << "*.*" << false << all << false << 5;
+    QTest::newRow("one mask keeps folders")
+        << "*.sql" << false << QStringList({"..", "ldir", "sub.sql", "a", "c", "l"}) << true << 5;
+    QTest::newRow("several masks") << "*.sql; *.txt" << false
+                                   << QStringList({"..", "ldir", "sub.sql", "a", "b", "c", "l"})
+                                   << true << 5;
+    QTest::newRow("question mark") << "?.txt" << false
+                                   << QStringList({"..", "ldir", "sub.sql", "b"}) << true << 5;
+    QTest::newRow("blank means everything") << "  " << false << all << false << 5;
+    QTest::newRow("hidden and system entries")
+        << "*.sql" << true
+        << QStringList({"..", "ldir", "sub.sql", ".h", "a", "c", "dead", "l", "p"}) << true << 8;
 }
 
 void TestFileView::mask()
 {
     QFETCH(QString, mask);
+    QFETCH(bool, hidden);
     TestDir dir;
     dir.createDir("sub.sql");
-    for (const char *name : {"a.sql", "b.txt", "c.SQL", "Makefile"})
-        dir.createFile(QLatin1String(name));
-    Listing list(dir.path(), mask);
+    for (const char *name : {"a.sql", "b.txt", "c.SQL", "Makefile", ".h.sql"})
+        dir.createFile(QLatin1String(name), "12");
+    QVERIFY(QFile::link(dir.filePath("a.sql"), dir.filePath("l.sql")));
+    QVERIFY(QFile::link(dir.filePath("sub.sql"), dir.filePath("ldir")));
+    QVERIFY(QFile::link(dir.filePath("missing"), dir.filePath("dead.sql")));
+    QVERIFY(::mkfifo(QFile::encodeName(dir.filePath("p.sql")).constData(), 0600) == 0);
+    Listing list(dir.path(), mask, hidden);
     QTEST(list.column(0), "rows");
     QTEST(list.view.isFiltered(), "filtered");
+    QTEST(list.view.folderTotals().files, "folderFiles");
+    const int link = list.model().rowOf(dir.filePath("l.sql"));
+    if (link >= 0)
+        QCOMPARE(list.row(link).at(2), QStringLiteral("2"));
+
+    // The same entries as QDir lists.
+    QDir::Filters filters = QDir::Files | QDir::AllDirs | QDir::NoDot;
+    if (hidden)
+        filters |= QDir::Hidden | QDir::System;
+    QStringList theirs;
+    for (const QFileInfo &info : QDir(dir.path()).entryInfoList(
+             FileListing::nameFiltersOf(list.view.mask()), filters, QDir::NoSort))
+        theirs << info.fileName();
+    QStringList mine;
+    for (int row = 0; row < list.model().count(); ++row)
+        mine << list.model().rowAt(row).fileName();
+    mine[0] = QStringLiteral(".."); // the path of ".." is the folder above
+    theirs.sort();
+    mine.sort();
+    QCOMPARE(mine, theirs);
 }
 
 void TestFileView::hundredThousandFiles()

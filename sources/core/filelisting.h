@@ -28,6 +28,13 @@ public:
         bool isEmpty() const { return added.isEmpty() && changed.isEmpty() && removed.isEmpty(); }
     };
 
+    /** The files of a folder whatever the mask: how many, and their sizes added up. */
+    struct FolderTotals
+    {
+        int files = 0;
+        qint64 bytes = 0;
+    };
+
     /** The mask as name filters: one per ";"-separated part, "*.*" meaning every name. */
     static QStringList nameFiltersOf(const QString &mask);
     /** Whether @p mask narrows a listing (anything but "*.*"). */
@@ -36,9 +43,11 @@ public:
     /**
      * The rows of @p folder in listing order. The mask never hides folders;
      * @p withParent keeps the ".." row; @p hidden lists hidden entries too.
+     * @p totals, when given, receives the totals of the files the mask left out too.
      */
     static QVector<FileRow> listFolder(const QString &folder, const QString &mask,
-                                       bool withParent = true, bool hidden = false);
+                                       bool withParent = true, bool hidden = false,
+                                       FolderTotals *totals = nullptr);
 
     /** Receives rows found by walkTree; it may take them (leave the vector empty). */
     using Delivery = std::function<void(QVector<FileRow> &rows)>;

@@ -3,6 +3,7 @@
 #include <QString>
 
 class QFileInfo;
+struct stat;
 
 /**
  * One row of a file list as plain data: built on any thread, copied cheaply,
@@ -42,4 +43,15 @@ struct FileRow
      * with one stat call.
      */
     static FileRow fromInfo(const QFileInfo &info, const QString &rootPrefix);
+    /**
+     * Builds the row of the entry @p fileName at @p path from its stat data
+     * @p st (of the entry a link leads to); the Directory text stays empty.
+     */
+    static FileRow fromStat(const QString &path, const QString &fileName, const struct stat &st);
+    /** The ".." row of the folder whose path ends in @p folderPrefix ("/" included). */
+    static FileRow parentRow(const QString &folderPrefix);
+
+private:
+    /** Path, kind and the name cells, without size and date. */
+    static FileRow named(const QString &path, const QString &fileName, Kind kind);
 };

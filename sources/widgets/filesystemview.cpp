@@ -327,9 +327,10 @@ void FileSystemView::refreshInBackground()
     auto *worker = new ListingWorker(request);
     m_refreshWorker = worker;
     connect(worker, &ListingWorker::changesFound, this,
-            [this, worker](const FileListing::Changes &changes, const QVector<FileRow> &listing) {
+            [this, worker](const FileListing::Changes &changes, const QVector<FileRow> &listing,
+                           const FileListing::FolderTotals &totals) {
                 if (worker == m_refreshWorker)
-                    applyRefresh(changes, listing);
+                    applyRefresh(changes, listing, totals);
             });
     connect(worker, &ListingWorker::done, this, [this, worker] {
         if (worker != m_refreshWorker)
@@ -344,11 +345,19 @@ void FileSystemView::refreshInBackground()
 }
 
 void FileSystemView::applyRefresh(const FileListing::Changes &changes,
-                                  const QVector<FileRow> &listing)
+                                  const QVector<FileRow> &listing,
+                                  const FileListing::FolderTotals &totals)
 {
-    m_view->setListed(listing);
-    if (changes.isEmpty())
+    // Files the mask leaves out change the status line alone.
+    const FileListing::FolderTotals before = m_view->folderTotals();
+    m_view->setListed(listing, totals);
+    if (changes.isEmpty()) {
+        if (before.files != totals.files || before.bytes != totals.bytes) {
+            invalidateTotals();
+            updateStatusInfo();
+        }
         return;
+    }
     model()->applyChanges(changes);
     if (!m_tree->currentIndex().isValid())
         selectParentRow();
@@ -383,9 +392,10 @@ void FileSystemView::updateFileView()
             return;
         }
         m_refreshTimer->stop();
+        FileListing::FolderTotals totals;
         const QVector<FileRow> listing = FileListing::listFolder(
-            shown, m_view->mask(), true, m_view->showsHidden());
-        applyRefresh(FileListing::compare(m_view->listed(), listing), listing);
+            shown, m_view->mask(), true, m_view->showsHidden(), &totals);
+        applyRefresh(FileListing::compare(m_view->listed(), listing), listing, totals);
         return;
     }
     // The folder went away (or became unreadable) while shown: fall back to
@@ -572,17 +582,12 @@ void FileSystemView::updateStatusInfo()
     const FileListModel *rows = model();
     if (!m_totalsValid) {
         FileView::countRows(*rows, &m_rowCount, &m_rowSize);
-        m_folderFiles = 0;
-        m_folderSize = 0;
-        if (m_view->isFiltered()) {
-            QDir::Filters filters = QDir::Files;
-            if (m_view->showsHidden())
-                filters |= QDir::Hidden | QDir::System;
-            for (const QFileInfo &info : QDir(currentPath()).entryInfoList(filters)) {
-                ++m_folderFiles;
-                m_folderSize += info.size();
-            }
-        }
+        // The full list's listing counted the folder's files; the flat list
+        // counts those of its top folder here.
+        m_folderTotals = m_view->folderTotals();
+        if (m_flat && m_view->isFiltered())
+            FileListing::listFolder(currentPath(), QString(), false, m_view->showsHidden(),
+                                    &m_folderTotals);
         m_totalsValid = true;
     }
     int selectedCount = 0;
@@ -603,8 +608,8 @@ void FileSystemView::updateStatusInfo()
     if (!m_view->isFiltered()) {
         text = rowsPart(QStringLiteral(" files ")) + selection;
     } else {
-        text = QStringLiteral(" %1 ").arg(m_folderFiles) + QStringLiteral(" files ")
-            + QStringLiteral("(%1) ").arg(m_folderSize)
+        text = QStringLiteral(" %1 ").arg(m_folderTotals.files) + QStringLiteral(" files ")
+            + QStringLiteral("(%1) ").arg(m_folderTotals.bytes)
             + rowsPart(QStringLiteral(" files in filtered view ")) + selection;
     }
     m_statusText = text;

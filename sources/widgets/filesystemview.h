@@ -154,7 +154,8 @@ private:
     void showMessage(const QString &text);
     void folderChanged();
     void refreshInBackground();
-    void applyRefresh(const FileListing::Changes &changes, const QVector<FileRow> &listing);
+    void applyRefresh(const FileListing::Changes &changes, const QVector<FileRow> &listing,
+                      const FileListing::FolderTotals &totals);
     void showHiddenRows();
     QVector<int> selectedFileRows() const;
     bool promptPattern(bool select);
@@ -181,7 +182,6 @@ private:
     mutable bool m_totalsValid = false;
     mutable int m_rowCount = 0;
     mutable qint64 m_rowSize = 0;
-    mutable int m_folderFiles = 0;
-    mutable qint64 m_folderSize = 0;
+    mutable FileListing::FolderTotals m_folderTotals;
     QString m_statusText;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filerow.h"
+#include "filelisting.h"
 
 #include <QString>
 #include <QStringList>
@@ -37,7 +37,13 @@ public:
 
     /** Every row of the last complete listing, against which a refresh compares. */
     const QVector<FileRow> &listed() const { return m_listed; }
-    void setListed(const QVector<FileRow> &rows) { m_listed = rows; }
+    /** The files of the listed folder, the mask aside, as of the last complete listing. */
+    const FileListing::FolderTotals &folderTotals() const { return m_totals; }
+    void setListed(const QVector<FileRow> &rows, const FileListing::FolderTotals &totals)
+    {
+        m_listed = rows;
+        m_totals = totals;
+    }
 
     /** Counts the rows that stand for files and adds up their sizes. */
     static void countRows(const FileListModel &model, int *count, qint64 *size);
@@ -63,4 +69,5 @@ protected:
     QString m_mask;
     bool m_hidden = false;
     QVector<FileRow> m_listed;
+    FileListing::FolderTotals m_totals;
 };

@@ -13,6 +13,6 @@ void FullFileView::setColumns(TreeWidget *tree) const
 
 void FullFileView::showObjects(FileListModel *model, const QString &path, bool withParent)
 {
-    m_listed = FileListing::listFolder(path, m_mask, withParent, m_hidden);
+    m_listed = FileListing::listFolder(path, m_mask, withParent, m_hidden, &m_totals);
     model->appendRows(m_listed);
 }

@@ -10,6 +10,7 @@ ListingWorker::ListingWorker(Request request, QObject *parent)
     static const bool registered = [] {
         qRegisterMetaType<QVector<FileRow>>();
         qRegisterMetaType<FileListing::Changes>();
+        qRegisterMetaType<FileListing::FolderTotals>();
         return true;
     }();
     Q_UNUSED(registered)
@@ -41,6 +42,7 @@ void ListingWorker::run()
 {
     const std::atomic<bool> &stop = *m_stop;
     QVector<FileRow> listing;
+    FileListing::FolderTotals totals;
     bool complete = true;
     if (m_request.tree) {
         complete = FileListing::walkTree(
@@ -53,10 +55,10 @@ void ListingWorker::run()
             });
     } else {
         listing = FileListing::listFolder(m_request.folder, m_request.mask, m_request.withParent,
-                                          m_request.hidden);
+                                          m_request.hidden, &totals);
         complete = !stop.load();
     }
     if (complete && m_request.compare)
-        Q_EMIT changesFound(FileListing::compare(m_request.before, listing), listing);
+        Q_EMIT changesFound(FileListing::compare(m_request.before, listing), listing, totals);
     Q_EMIT done(complete);
 }

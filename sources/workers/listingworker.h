@@ -12,6 +12,7 @@
 
 Q_DECLARE_METATYPE(QVector<FileRow>)
 Q_DECLARE_METATYPE(FileListing::Changes)
+Q_DECLARE_METATYPE(FileListing::FolderTotals)
 
 /**
  * Lists a folder on a thread of its own: either walks a whole tree and hands
@@ -49,8 +50,12 @@ public:
 Q_SIGNALS:
     /** A batch of rows of a tree walk (not sent when comparing). */
     void rowsFound(const QVector<FileRow> &rows);
-    /** The result of a comparing listing, with the listing itself. */
-    void changesFound(const FileListing::Changes &changes, const QVector<FileRow> &listing);
+    /**
+     * The result of a comparing listing, with the listing itself and, for one
+     * folder, the totals of its files (of a tree: none).
+     */
+    void changesFound(const FileListing::Changes &changes, const QVector<FileRow> &listing,
+                      const FileListing::FolderTotals &totals);
     /** The walk is over; @p complete is false when it was stopped. */
     void done(bool complete);
 
