@@ -18,6 +18,7 @@
 #include <QMessageBox>
 #include <QSet>
 #include <QStatusBar>
+#include <QThreadPool>
 #include <QTimer>
 
 namespace {
@@ -350,7 +351,13 @@ void FileSystemView::applyRefresh(const FileListing::Changes &changes,
 {
     // Files the mask leaves out change the status line alone.
     const FileListing::FolderTotals before = m_view->folderTotals();
+    // Freeing the rows of a huge folder would stall the window: the listing
+    // that is replaced is let go on a pool thread.
+    QVector<FileRow> old = m_view->listed();
     m_view->setListed(listing, totals);
+    QThreadPool::globalInstance()->start([old = std::move(old)]() mutable {
+        old = QVector<FileRow>();
+    });
     if (changes.isEmpty()) {
         if (before.files != totals.files || before.bytes != totals.bytes) {
             invalidateTotals();

@@ -58,7 +58,13 @@ void ListingWorker::run()
                                           m_request.hidden, &totals);
         complete = !stop.load();
     }
-    if (complete && m_request.compare)
-        Q_EMIT changesFound(FileListing::compare(m_request.before, listing), listing, totals);
+    if (complete && m_request.compare) {
+        const FileListing::Changes changes = FileListing::compare(m_request.before, listing);
+        // Letting go of a big listing takes a while. Done here, it keeps the
+        // thread's end short: a QThread deleted while ending makes the GUI
+        // thread wait for it.
+        m_request.before = QVector<FileRow>();
+        Q_EMIT changesFound(changes, listing, totals);
+    }
     Q_EMIT done(complete);
 }
