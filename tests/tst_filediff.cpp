@@ -304,9 +304,9 @@ private:
     {
         return panel->editor()->editorWidget()->SendScintilla(message, wParam, lParam);
     }
+
     // Each row's lines sit on the same screen row on both sides: the rows above a
     // side's first line that the editor cannot draw count as scrolled past.
-
     void verifyAligned()
     {
         const QVector<DiffRow> rows = m_diff->rows();
