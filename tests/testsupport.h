@@ -3,11 +3,12 @@
 #include "settings.h"
 
 #include <QDir>
-#include <cstdio>
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <cstdio>
 
 /** A fresh folder for one test, with helpers to fill it. */
 class TestDir : public QTemporaryDir
@@ -37,10 +38,11 @@ public:
     void createRawFile(const QByteArray &name, const QByteArray &bytes) const
     {
         const QByteArray full = QFile::encodeName(path()) + '/' + name;
-        QFile file;
-        if (!file.open(fopen(full.constData(), "wb"), QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
+        std::FILE *file = std::fopen(full.constData(), "wb");
+        const size_t size = size_t(bytes.size());
+        if (!file || std::fwrite(bytes.constData(), 1, size, file) != size)
             qFatal("cannot create %s", full.constData());
-        file.write(bytes);
+        std::fclose(file);
     }
 };
 
@@ -64,9 +66,9 @@ inline void useTestSettings()
 #ifdef QT_WIDGETS_LIB
 #include <QAbstractButton>
 #include <QApplication>
-#include <QPushButton>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <functional>
 
 /**

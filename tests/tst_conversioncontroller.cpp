@@ -18,7 +18,6 @@
 #include <QProgressBar>
 #include <QLabel>
 #include <QScrollBar>
-#include <QTimer>
 #include <QtTest>
 #include <Qsci/qsciscintilla.h>
 

@@ -11,7 +11,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTextCodec>
-#include <QTimer>
 #include <QWidget>
 
 namespace {

@@ -14,7 +14,6 @@
 #include <QMessageBox>
 #include <QScrollBar>
 #include <QStatusBar>
-#include <QTimer>
 #include <QToolBar>
 
 class TestFileDiff : public QObject

@@ -14,9 +14,7 @@
 #include <QRandomGenerator>
 #include <QStatusBar>
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
