@@ -60,6 +60,14 @@ private Q_SLOTS:
         QTest::newRow("non-ASCII script name")
             << QByteArray("Converting script (\"/tmp/\xc3\xa9t\xc3\xa9.sql\") to X\nline 1 - unexpected token 'x'\n")
             << QString::fromUtf8("/tmp/\xc3\xa9t\xc3\xa9.sql") << 1 << "Unexpected token 'x'";
+        // Names a Windows engine never prints, but files here may have.
+        QTest::newRow("quote in a quoted script name")
+            << QByteArray("Converting script (\"/src/quote\"d 37.sql\") to X\nline 2 - unexpected token 'S'\n")
+            << "/src/quote\"d 37.sql" << 2 << "Unexpected token 'S'";
+        QTest::newRow(") to in a quoted script name")
+            << QByteArray("Converting script (\"/src/Export (v2) to archive.sql\") to X\n"
+                          "line 5 - unexpected token 'GO'\n")
+            << "/src/Export (v2) to archive.sql" << 5 << "Unexpected token 'GO'";
     }
 
     void errorsAndTiming()
@@ -100,6 +108,7 @@ private Q_SLOTS:
             "Converting script (/src/b c.sql) to Oracle\n",
             "Converting script (\"/src/open\n",
             "name\") to X\n",
+            "Converting script (\"/src/quote\"d (v2) to x.sql\") to X\n",
             "line 5 - unexpected token 'GO'\n",
             "line 77 - unexpected token FROM\n",
             "line 9 - unexpected token 'xFailed",

@@ -135,8 +135,12 @@ ConversionOutput::Outcome ConversionOutput::matchScript(int pos, ScriptMatch *ma
         return Outcome::Dead;
     }
     // The shortest match ends at the first ") to" or "\") to" after at least
-    // one name character; a quote anywhere else, or the end of the line, ends
-    // the attempt. A candidate still open resumes where it was left.
+    // one name character; the end of the line ends the attempt. A name in
+    // quotes ends only at "\") to": quotes and ") to" inside it are part of
+    // the name (a file may be called 'quote"d' or 'Export (v2) to archive').
+    // Without them a quote anywhere else ends the attempt. A candidate still
+    // open resumes where it was left.
+    const bool quoted = nameStart > open;
     const int resume = pos == m_scriptPending.pos ? m_scriptPending.checkedTo : 0;
     for (int i = std::max(nameStart + 1, resume); i < n; ++i) {
         const char c = data[i];
@@ -150,13 +154,15 @@ ConversionOutput::Outcome ConversionOutput::matchScript(int pos, ScriptMatch *ma
             if (p == Prefix::Partial)
                 return pending(&m_scriptPending, pos, i);
             if (p == Prefix::Mismatch) {
+                if (quoted)
+                    continue;
                 *resolvedAt = mismatch;
                 return Outcome::Dead;
             }
             *match = ScriptMatch{pos, i + 5, decode(m_buffer, nameStart, i)};
             return Outcome::Matched;
         }
-        if (c == ')') {
+        if (c == ')' && !quoted) {
             const Prefix p = comparePrefix(m_buffer, i, ") to", 4);
             if (p == Prefix::Partial)
                 return pending(&m_scriptPending, pos, i);
@@ -371,15 +377,16 @@ QString ConversionOutput::scriptBefore(int offset) const
 ConversionOutput::ReferenceResult ConversionOutput::referenceScan(const QString &text,
                                                                   int storedCount)
 {
-    QRegExp scriptPattern(QStringLiteral("Converting script \\(\"?([^\"\n]+)\"?\\) to"),
-                          Qt::CaseSensitive);
+    QRegExp scriptPattern(
+        QStringLiteral("Converting script \\((?:\"([^\"\n][^\n]*)\"|([^\"\n]+)\"?)\\) to"),
+        Qt::CaseSensitive);
     scriptPattern.setMinimal(true);
     QVector<int> positions;
     QStringList names;
     for (int pos = 0; (pos = scriptPattern.indexIn(text, pos)) != -1;
          pos += scriptPattern.matchedLength()) {
         positions << pos;
-        names << scriptPattern.cap(1);
+        names << scriptPattern.cap(1) + scriptPattern.cap(2);
     }
 
     QRegExp errorPattern(QStringLiteral("line (\\d+) - unexpected token '?([^'\\n]+)(Failed|'|\\n)"),
