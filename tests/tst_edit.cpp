@@ -236,6 +236,7 @@ private Q_SLOTS:
             QVERIFY(edit->language().isEmpty()); // no highlighting for files this size
             return;
         }
+        QVERIFY2(edit->notice().startsWith(QLatin1String("The file big.sql (")), qPrintable(edit->notice()));
         QVERIFY(edit->notice().contains(QLatin1String("read-only")));
         QVERIFY(view->isVisible());
         QCOMPARE(m_host->focusWidget(), view);

@@ -1,5 +1,6 @@
 #include "edit.h"
 
+#include "filenamecodec.h"
 #include "largefileview.h"
 #include "logging.h"
 #include "textcodec.h"
@@ -908,7 +909,8 @@ void Edit::revert()
 
 QString Edit::name() const
 {
-    return m_editor ? QFileInfo(m_filePath).fileName() : QString();
+    return m_editor || m_largeView ? FileNameCodec::displayName(QFileInfo(m_filePath).fileName())
+                                   : QString();
 }
 
 QScrollBar *Edit::verticalScrollBar() const
