@@ -270,6 +270,17 @@ private Q_SLOTS:
                              m_dir->createFile(QStringLiteral("right/b.sql"), "b\n"));
         QCOMPARE(ok.count, 1);
         QVERIFY(ended());
+
+        // A file in the large-file view has no lines: it is said not to be compared,
+        // rather than compared as empty and shown without differences.
+        m_diff->compareFiles(
+            m_dir->createFile(QStringLiteral("left/long.sql"),
+                              "values (" + QByteArray(Edit::maximumLineLength(), '1') + ");\n"),
+            m_dir->filePath(QStringLiteral("right/b.sql")));
+        QCOMPARE(ok.count, 2);
+        QVERIFY2(ok.text.contains(QLatin1String("long.sql")), qPrintable(ok.text));
+        QVERIFY(!m_diff->comparator());
+        QVERIFY(!m_diff->nextAction()->isEnabled());
     }
 
     void fontActionsReachBothEditors()

@@ -182,9 +182,20 @@ void FileDiff::startComparison(const QString &leftFile, const QString &rightFile
         return;
     }
     m_rightPanel->addLinesTo(*comparator, false);
-    if (!comparator->compare()) {
+    // A file in the large-file view has no lines to give: compared as empty, two
+    // different files would show no difference at all.
+    QString tooLarge;
+    for (const Edit *edit : {editor(LeftPart), editor(RightPart)}) {
+        if (!edit->editorWidget())
+            tooLarge = edit->name();
+    }
+    if (!tooLarge.isEmpty() || !comparator->compare()) {
         QMessageBox::warning(m_mainWindow, QStringLiteral("Morvane Navarch"),
-                             comparator->errorString());
+                             tooLarge.isEmpty()
+                                 ? comparator->errorString()
+                                 : tr("The file %1 is too large for the editor; the files are "
+                                      "not compared line by line.")
+                                       .arg(tooLarge));
         m_nextAction->setEnabled(false);
         m_prevAction->setEnabled(false);
         m_comparator.reset();
