@@ -211,13 +211,19 @@ private Q_SLOTS:
         QTest::addColumn<bool>("largeView");
         QTest::addColumn<QString>("firstRow");
         QTest::addColumn<QString>("lastRowEnd");
+        QTest::addColumn<QString>("notice");
         const QByteArray line("insert into t values (1, 'abcdefghijklmnopqrstuvwxyz0123456789');\n");
         const QByteArray script = line.repeated(int((50 << 20) / line.size())) + "-- the end\n";
-        QTest::newRow("50 MB script") << script << true << QString::fromLatin1(line.trimmed()) << "-- the end";
+        QTest::newRow("50 MB script") << script << true << QString::fromLatin1(line.trimmed())
+                                      << "-- the end" << "The file big.sql (50.0 MB) is larger";
         QTest::newRow("10 MB single line") << "select '" + QByteArray(10 << 20, 'x') + "' tail"
-                                           << true << "select 'xxx" << "xx' tail";
+                                           << true << "select 'xxx" << "xx' tail"
+                                           << "The file big.sql (10.0 MB) is larger";
+        QTest::newRow("200 KB line") << "values ('" + QByteArray(200 << 10, 'x') + "') tail"
+                                     << true << "values ('xxx" << "xx') tail"
+                                     << "The file big.sql (0.2 MB) has a line longer";
         const QByteArray plain = line.repeated(int(Edit::maximumFileSize() / line.size()) - 1);
-        QTest::newRow("largest plain file") << plain << false << QString() << QString();
+        QTest::newRow("largest plain file") << plain << false << QString() << QString() << QString();
     }
 
     void largeFiles()
@@ -236,7 +242,8 @@ private Q_SLOTS:
             QVERIFY(edit->language().isEmpty()); // no highlighting for files this size
             return;
         }
-        QVERIFY2(edit->notice().startsWith(QLatin1String("The file big.sql (")), qPrintable(edit->notice()));
+        QFETCH(QString, notice);
+        QVERIFY2(edit->notice().startsWith(notice), qPrintable(edit->notice()));
         QVERIFY(edit->notice().contains(QLatin1String("read-only")));
         QVERIFY(view->isVisible());
         QCOMPARE(m_host->focusWidget(), view);

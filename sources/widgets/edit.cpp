@@ -242,7 +242,7 @@ bool Edit::readFile(QByteArray *data)
         return false;
     }
     if (file.size() > maximumFileSize()) {
-        openLargeFileView();
+        openLargeFileView(false);
         return false;
     }
     *data = file.readAll();
@@ -254,7 +254,7 @@ bool Edit::readFile(QByteArray *data)
         const char *lineEnd = nl ? nl : end;
         if (lineEnd - p > maximumLineLength()) {
             data->clear();
-            openLargeFileView();
+            openLargeFileView(true);
             return false;
         }
         p = lineEnd + 1;
@@ -262,7 +262,7 @@ bool Edit::readFile(QByteArray *data)
     return true;
 }
 
-void Edit::openLargeFileView()
+void Edit::openLargeFileView(bool longLine)
 {
     const TextCodec::ByteOrderMark mark = [this] {
         QFile file(m_filePath);
@@ -279,12 +279,15 @@ void Edit::openLargeFileView()
     }
     m_largeView = new LargeFileView(m_filePath, codec, m_container);
     m_container->layout()->addWidget(m_largeView);
-    showNotice(tr("The file %1 (%2 MB) is larger than the editor takes (%3 MB, lines up to %4 "
-                  "KB): it is shown read-only, without line numbers.")
-                   .arg(name())
-                   .arg(QString::number(QFileInfo(m_filePath).size() / 1048576.0, 'f', 1))
-                   .arg(maximumFileSize() >> 20)
-                   .arg(maximumLineLength() / 1024));
+    const QString size = QString::number(QFileInfo(m_filePath).size() / 1048576.0, 'f', 1);
+    showNotice(longLine ? tr("The file %1 (%2 MB) has a line longer than the editor takes (%3 "
+                             "KB): it is shown read-only, without line numbers.")
+                              .arg(name(), size)
+                              .arg(maximumLineLength() / 1024)
+                        : tr("The file %1 (%2 MB) is larger than the editor takes (%3 MB): it "
+                             "is shown read-only, without line numbers.")
+                              .arg(name(), size)
+                              .arg(maximumFileSize() >> 20));
     m_largeView->show();
     m_largeView->setFocus(Qt::OtherFocusReason);
 }

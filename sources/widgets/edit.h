@@ -167,7 +167,7 @@ private:
 
     bool readFile(QByteArray *data);
     void load(const QByteArray &data);
-    void openLargeFileView();
+    void openLargeFileView(bool longLine);
     void watchFile();
     void fileChangedOnDisk();
     void showNotice(const QString &text);
