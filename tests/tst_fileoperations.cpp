@@ -146,6 +146,9 @@ void TestFileOperations::copyTree()
     QCOMPARE(::symlink("nowhere", tree + "/dangling"), 0);
     QCOMPARE(::symlink("../..", tree + "/deep/er/loop"), 0);
     QCOMPARE(::mkfifo(tree + "/deep/pipe", 0600), 0);
+    // Permissions as they are, whether the umask would keep them or not.
+    QCOMPARE(::chmod(tree + "/a.sql", 0666), 0);
+    QCOMPARE(::chmod(tree + "/deep/er/b.sql", 0750), 0);
     QCOMPARE(::symlink("pipe", tree + "/deep/pipe link"), 0);
     const QString dst = dir.createDir("dst");
 
@@ -159,6 +162,12 @@ void TestFileOperations::copyTree()
     QMap<QByteArray, QByteArray> expected = snapshot(tree);
     QCOMPARE(expected.take("deep/pipe"), QByteArray("fifo"));
     QCOMPARE(snapshot(native(dst + "/tree")), expected);
+    for (const char *name : {"/a.sql", "/deep/er/b.sql"}) {
+        struct stat from, to;
+        QCOMPARE(::stat(tree + name, &from), 0);
+        QCOMPARE(::stat(native(dst + "/tree") + name, &to), 0);
+        QCOMPARE(to.st_mode, from.st_mode);
+    }
     QCOMPARE(failedPaths(summary),
              QStringList{"pipe: not a regular file, folder or link (a FIFO, socket or device); "
                          "not copied"});
@@ -190,12 +199,12 @@ void TestFileOperations::oddNames()
     if (lookAlike != name)
         writeRaw(src + '/' + lookAlike, "look-alike");
 
-    // Written as unnamed files and, as where the file system has none, under a
-    // hidden name; each alone, as the panel hands it over, and inside a folder,
-    // as the walk finds it.
-    for (const bool unnamed : {true, false}) {
-        FileCopier::setUnnamedFiles(unnamed);
-        const QString dst = dir.createDir(unnamed ? "unnamed" : "named");
+    // In each way of writing files; each alone, as the panel hands it over, and
+    // inside a folder, as the walk finds it.
+    for (const FileCopier::Writing way :
+         {FileCopier::UnnamedFiles, FileCopier::UnnamedThroughProc, FileCopier::HiddenNames}) {
+        FileCopier::setWriting(way);
+        const QString dst = dir.createDir(QString::number(way));
         for (const QString &source : {QFile::decodeName(src + '/' + name), QFile::decodeName(src)}) {
             CopyObjects copy({source}, dst);
             copy.setPrompt([](QString &) { return true; });
@@ -203,7 +212,7 @@ void TestFileOperations::oddNames()
             const FileCopier::Summary summary = runCopy(copy);
             QCOMPARE(failedPaths(summary), QStringList());
         }
-        FileCopier::setUnnamedFiles(true);
+        FileCopier::setWriting(FileCopier::UnnamedFiles);
         const QMap<QByteArray, QByteArray> copied = snapshot(native(dst));
         QCOMPARE(copied.value(name), QByteArray("the real one"));
         QCOMPARE(copied.value("folder/" + name), QByteArray("the real one"));
@@ -415,9 +424,9 @@ void TestFileOperations::failures()
         small.rlim_cur = 64 * 1024;
         ::setrlimit(RLIMIT_FSIZE, &small);
     }
-    FileCopier::setUnnamedFiles(!named);
+    FileCopier::setWriting(named ? FileCopier::HiddenNames : FileCopier::UnnamedFiles);
     const FileCopier::Summary summary = runCopy(copy);
-    FileCopier::setUnnamedFiles(true);
+    FileCopier::setWriting(FileCopier::UnnamedFiles);
     if (limited)
         ::setrlimit(RLIMIT_FSIZE, &saved);
     QFile::setPermissions(locked, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

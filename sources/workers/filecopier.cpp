@@ -21,7 +21,7 @@ namespace {
 constexpr int ChunkSize = 1024 * 1024;
 constexpr qint64 ProgressMs = 100;
 
-std::atomic<bool> unnamedFilesAllowed{true};
+std::atomic<FileCopier::Writing> writing{FileCopier::UnnamedFiles};
 
 QString notCopiedReason()
 {
@@ -82,6 +82,41 @@ public:
 private:
     int m_fd;
 };
+
+// Gives an unnamed file its name. Linking the descriptor itself needs a recent
+// kernel (or privilege); otherwise its entry under /proc is linked, and that
+// is remembered in @p throughProc.
+bool linkUnnamed(int fd, int folder, const QByteArray &name, bool &throughProc)
+{
+    if (!throughProc) {
+        if (::linkat(fd, "", folder, name.constData(), AT_EMPTY_PATH) == 0)
+            return true;
+        if (errno != ENOENT)
+            return false;
+    }
+    char self[40];
+    std::snprintf(self, sizeof self, "/proc/self/fd/%d", fd);
+    if (::linkat(AT_FDCWD, self, folder, name.constData(), AT_SYMLINK_FOLLOW) != 0)
+        return false;
+    throughProc = true;
+    return true;
+}
+
+// The process's umask, read without changing it; all bits when unknown.
+mode_t currentUmask()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly)) {
+        const QList<QByteArray> lines = status.readAll().split('\n');
+        for (const QByteArray &line : lines) {
+            bool ok = false;
+            const mode_t mask = mode_t(line.mid(6).trimmed().toUInt(&ok, 8));
+            if (line.startsWith("Umask:") && ok)
+                return mask;
+        }
+    }
+    return 0777;
+}
 
 // Moves a finished temporary file or link to its name in the same folder.
 // Without @p replace an existing name, even a dangling link, is never replaced.
@@ -155,9 +190,9 @@ QString FileCopier::freeName(const QString &target, bool folder)
     }
 }
 
-void FileCopier::setUnnamedFiles(bool allowed)
+void FileCopier::setWriting(Writing way)
 {
-    unnamedFilesAllowed.store(allowed);
+    writing.store(way);
 }
 
 void FileCopier::fail(const QString &path, const QString &reason)
@@ -469,7 +504,9 @@ bool FileCopier::copyFile(const Entry &entry, const QByteArray &target, bool rep
     QByteArray temporary;
 #if defined(O_TMPFILE)
     if (!replace && m_unnamedFiles) {
-        out.reset(::openat(m_targetFolder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600));
+        // Made with its final permissions where the umask leaves them whole.
+        out.reset(::openat(m_targetFolder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC,
+                           status.st_mode & 0777));
         if (out.get() < 0 && errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) {
             fail(target, systemReason());
             return false;
@@ -496,14 +533,13 @@ bool FileCopier::copyFile(const Entry &entry, const QByteArray &target, bool rep
         drop();
         return false;
     }
-    ::fchmod(out.get(), status.st_mode & 07777);
+    if (!temporary.isEmpty() || (status.st_mode & (07000 | m_umask)) != 0)
+        ::fchmod(out.get(), status.st_mode & 07777);
     const struct timespec times[2] = {status.st_atim, status.st_mtim};
     ::futimens(out.get(), times);
 
     if (temporary.isEmpty()) {
-        char self[40];
-        std::snprintf(self, sizeof self, "/proc/self/fd/%d", out.get());
-        if (::linkat(AT_FDCWD, self, m_targetFolder, name.constData(), AT_SYMLINK_FOLLOW) != 0) {
+        if (!linkUnnamed(out.get(), m_targetFolder, name, m_linkThroughProc)) {
             fail(target, systemReason());
             return false;
         }
@@ -693,7 +729,10 @@ void FileCopier::run()
     m_pid = QCoreApplication::applicationPid();
 #ifdef Q_OS_UNIX
     // An unnamed file is given its name through its entry under /proc.
-    m_unnamedPossible = unnamedFilesAllowed.load() && ::access("/proc/self/fd", X_OK) == 0;
+    const Writing way = writing.load();
+    m_unnamedPossible = way != HiddenNames && ::access("/proc/self/fd", X_OK) == 0;
+    m_linkThroughProc = way == UnnamedThroughProc;
+    m_umask = currentUmask();
 #endif
     m_clock.start();
     for (const Job &job : qAsConst(m_jobs)) {

@@ -61,10 +61,13 @@ public:
     static QString freeName(const QString &target, bool folder);
 
     /**
-     * With false, files are written under a hidden name as on a file system
-     * without unnamed files; for copies started afterwards.
+     * How files are written until they are complete: unnamed and linked in by
+     * their descriptor, or, on older kernels, through /proc; under a hidden
+     * name where the file system has no unnamed files. The system decides;
+     * setting a later way makes copies started afterwards use it.
      */
-    static void setUnnamedFiles(bool allowed);
+    enum Writing { UnnamedFiles, UnnamedThroughProc, HiddenNames };
+    static void setWriting(Writing way);
 
 public Q_SLOTS:
     void run();
@@ -126,6 +129,8 @@ private:
     QByteArray m_openTarget;
     bool m_unnamedPossible = false;   // unnamed files can be given a name on this system
     bool m_unnamedFiles = false;      // ... and made in the open target folder
+    bool m_linkThroughProc = false;
+    unsigned m_umask = 0777;          // permission bits a new file loses
 
     std::atomic<bool> m_stop{false};
     std::mutex m_mutex;
