@@ -83,6 +83,7 @@ private:
     int m_fd;
 };
 
+#ifdef O_TMPFILE
 // Gives an unnamed file its name. Linking the descriptor itself needs a recent
 // kernel (or privilege); otherwise its entry under /proc is linked, and that
 // is remembered in @p throughProc.
@@ -101,6 +102,7 @@ bool linkUnnamed(int fd, int folder, const QByteArray &name, bool &throughProc)
     throughProc = true;
     return true;
 }
+#endif
 
 // The process's umask, read without changing it; all bits when unknown.
 mode_t currentUmask()
@@ -110,9 +112,9 @@ mode_t currentUmask()
         const QList<QByteArray> lines = status.readAll().split('\n');
         for (const QByteArray &line : lines) {
             bool ok = false;
-            const mode_t mask = mode_t(line.mid(6).trimmed().toUInt(&ok, 8));
-            if (line.startsWith("Umask:") && ok)
-                return mask;
+            const uint mask = line.startsWith("Umask:") ? line.mid(6).trimmed().toUInt(&ok, 8) : 0;
+            if (ok)
+                return mode_t(mask);
         }
     }
     return 0777;
@@ -499,10 +501,9 @@ bool FileCopier::copyFile(const Entry &entry, const QByteArray &target, bool rep
 
     // An unnamed file needs no clean-up: it vanishes with its descriptor,
     // whatever ends the copy.
-    const QByteArray name = nameOf(target);
     Descriptor out;
     QByteArray temporary;
-#if defined(O_TMPFILE)
+#ifdef O_TMPFILE
     if (!replace && m_unnamedFiles) {
         // Made with its final permissions where the umask leaves them whole.
         out.reset(::openat(m_targetFolder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC,
@@ -538,7 +539,9 @@ bool FileCopier::copyFile(const Entry &entry, const QByteArray &target, bool rep
     const struct timespec times[2] = {status.st_atim, status.st_mtim};
     ::futimens(out.get(), times);
 
+#ifdef O_TMPFILE
     if (temporary.isEmpty()) {
+        const QByteArray name = nameOf(target);
         if (!linkUnnamed(out.get(), m_targetFolder, name, m_linkThroughProc)) {
             fail(target, systemReason());
             return false;
@@ -551,6 +554,7 @@ bool FileCopier::copyFile(const Entry &entry, const QByteArray &target, bool rep
         ++m_summary.copied;
         return true;
     }
+#endif
     if (::close(out.release()) != 0) {
         fail(target, systemReason());
         drop();
