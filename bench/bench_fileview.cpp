@@ -127,6 +127,8 @@ void settle(QWidget *list)
 int main(int argc, char **argv)
 {
     qputenv("QT_LOGGING_RULES", "*.debug=false;*.warning=false");
+    // Each figure shows as soon as it is taken; removing the files at the end takes a while.
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     QApplication app(argc, argv);
     const int fullCount = argc > 1 ? atoi(argv[1]) : 100000;
     const int flatCount = argc > 2 ? atoi(argv[2]) : 200000;
