@@ -55,3 +55,5 @@ private:
     /** Path, kind and the name cells, without size and date. */
     static FileRow named(const QString &path, const QString &fileName, Kind kind);
 };
+// Strings and numbers only: vectors of rows move them as plain memory.
+Q_DECLARE_TYPEINFO(FileRow, Q_MOVABLE_TYPE);

@@ -1,5 +1,6 @@
 #include "filelistmodel.h"
 
+#include "backgroundrelease.h"
 #include "filenamecodec.h"
 
 #include <QFileIconProvider>
@@ -247,6 +248,8 @@ void FileListModel::clear()
     if (m_order.isEmpty() && m_slots.isEmpty())
         return;
     beginResetModel();
+    releaseInBackground(std::move(m_slots));
+    releaseInBackground(std::move(m_slotOfPath));
     m_slots.clear();
     m_freeSlots.clear();
     m_order.clear();
@@ -306,6 +309,12 @@ void FileListModel::appendRows(const QVector<FileRow> &rows)
     }
     if (fresh.isEmpty())
         return;
+    if (m_slots.isEmpty()) {
+        // A new listing: room for all of it at once, rather than growing each container many times.
+        m_slots.reserve(fresh.size());
+        m_rowOfSlot.reserve(fresh.size());
+        m_slotOfPath.reserve(fresh.size());
+    }
     // Listings come in listing order; only the user's own sort needs sorting.
     if (m_ordered && m_sortColumn >= 0)
         std::stable_sort(fresh.begin(), fresh.end(),

@@ -1,5 +1,6 @@
 #include "filesystemview.h"
 
+#include "backgroundrelease.h"
 #include "copytobuffer.h"
 #include "filelistmodel.h"
 #include "flatfileview.h"
@@ -18,7 +19,6 @@
 #include <QMessageBox>
 #include <QSet>
 #include <QStatusBar>
-#include <QThreadPool>
 #include <QTimer>
 
 namespace {
@@ -351,13 +351,9 @@ void FileSystemView::applyRefresh(const FileListing::Changes &changes,
 {
     // Files the mask leaves out change the status line alone.
     const FileListing::FolderTotals before = m_view->folderTotals();
-    // Freeing the rows of a huge folder would stall the window: the listing
-    // that is replaced is let go on a pool thread.
     QVector<FileRow> old = m_view->listed();
     m_view->setListed(listing, totals);
-    QThreadPool::globalInstance()->start([old = std::move(old)]() mutable {
-        old = QVector<FileRow>();
-    });
+    releaseInBackground(std::move(old));
     if (changes.isEmpty()) {
         if (before.files != totals.files || before.bytes != totals.bytes) {
             invalidateTotals();

@@ -1,5 +1,6 @@
 #include "fullfileview.h"
 
+#include "backgroundrelease.h"
 #include "filelisting.h"
 #include "filelistmodel.h"
 #include "treewidget.h"
@@ -13,6 +14,8 @@ void FullFileView::setColumns(TreeWidget *tree) const
 
 void FullFileView::showObjects(FileListModel *model, const QString &path, bool withParent)
 {
+    QVector<FileRow> old = std::move(m_listed);
     m_listed = FileListing::listFolder(path, m_mask, withParent, m_hidden, &m_totals);
+    releaseInBackground(std::move(old));
     model->appendRows(m_listed);
 }
