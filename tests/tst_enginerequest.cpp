@@ -37,6 +37,9 @@ private Q_SLOTS:
         const QString plain = QStringLiteral("/SOURCE=Microsoft SQL Server");
         const QString target = QStringLiteral("/TARGET=PostgreSQL");
         QTest::newRow("bare request") << "" << QStringList{files, dir, plain, target};
+        QTest::newRow("relative name made absolute")
+            << "relative" << QStringList{"/F=\"" + QDir::current().absoluteFilePath("rel/a.sql") + '"',
+                                         dir, plain, target};
         QTest::newRow("names with a slash or WSM take their key")
             << "keys" << QStringList{files, dir, "/SOURCE=NonStopSQLMX", "/TARGET=ProgressWSM"};
         QTest::newRow("side options in their order")
@@ -58,7 +61,9 @@ private Q_SLOTS:
         QFETCH(QString, change);
         QFETCH(QStringList, expected);
         EngineRequest request = baseRequest();
-        if (change == QLatin1String("keys")) {
+        if (change == QLatin1String("relative")) {
+            request.files = QStringList{QStringLiteral("rel/a.sql")};
+        } else if (change == QLatin1String("keys")) {
             request.source = QStringLiteral("NonStop SQL/MX");
             request.target = QStringLiteral("Progress WSM");
         } else if (change == QLatin1String("sides")) {
@@ -135,14 +140,6 @@ private Q_SLOTS:
         }
     }
 
-    void relativeNamesBecomeAbsolute()
-    {
-        EngineRequest request = baseRequest();
-        request.files = QStringList{QStringLiteral("rel/a.sql")};
-        QCOMPARE(engineCommand(request).arguments.value(0),
-                 QStringLiteral("/F=\"%1\"").arg(QDir::current().absoluteFilePath("rel/a.sql")));
-    }
-
     void tablesDdl_data()
     {
         QTest::addColumn<QString>("where");
@@ -178,24 +175,18 @@ private Q_SLOTS:
         QCOMPARE(QFile::exists(expectedPath), true);
     }
 
-    void nothingToRun_data()
-    {
-        QTest::addColumn<bool>("noFiles");
-        QTest::newRow("no files") << true;
-        QTest::newRow("no output folder") << false;
-    }
     void nothingToRun()
     {
-        QFETCH(bool, noFiles);
-        EngineRequest request = baseRequest();
-        if (noFiles)
-            request.files = QStringList{QString()};
-        else
-            request.outputFolder.clear();
-        const EngineCommand command = engineCommand(request);
-        QVERIFY(command.arguments.isEmpty());
-        QVERIFY2(command.error.startsWith(QStringLiteral("Incorrect source file or destination path '")),
-                 qPrintable(command.error));
+        EngineRequest noFiles = baseRequest();
+        noFiles.files = QStringList{QString()};
+        EngineRequest noOutput = baseRequest();
+        noOutput.outputFolder.clear();
+        for (const EngineRequest &request : {noFiles, noOutput}) {
+            const EngineCommand command = engineCommand(request);
+            QVERIFY(command.arguments.isEmpty());
+            QVERIFY2(command.error.startsWith("Incorrect source file or destination path '"),
+                     qPrintable(command.error));
+        }
     }
 };
 
