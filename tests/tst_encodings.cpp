@@ -4,7 +4,6 @@
 
 #include <QTextCodec>
 
-
 class TestEncodings : public QObject
 {
     Q_OBJECT
@@ -80,19 +79,11 @@ private Q_SLOTS:
         QTEST(isEncodingConversionNeeded(path, source, target, codePage), "needed");
     }
 
-    void codePageOfCodeset_data()
-    {
-        QTest::addColumn<QByteArray>("codeset");
-        QTest::addColumn<int>("codePage");
-        QTest::newRow("lower case, dash") << QByteArray("utf-8") << 65001;
-        QTest::newRow("underscore") << QByteArray("Shift_JIS") << 932;
-        QTest::newRow("other") << QByteArray("ISO-8859-1") << 0;
-    }
-
     void codePageOfCodeset()
     {
-        QFETCH(QByteArray, codeset);
-        QTEST(codePageForCodeset(codeset), "codePage");
+        QCOMPARE(codePageForCodeset("utf-8"), 65001); // lower case, dash
+        QCOMPARE(codePageForCodeset("Shift_JIS"), 932);
+        QCOMPARE(codePageForCodeset("ISO-8859-1"), 0);
     }
 
     void encodedCopyRoundTrip_data()
