@@ -77,8 +77,6 @@ private Q_SLOTS:
         QTest::newRow("change in the middle, longer on the right")
             << L{"a", "x", "c"} << L{"a", "y1", "y2", "c"} << "0:0 1|1 -|2 2:3" << "0:0 1|1 -|2"
             << "1+1" << "";
-        QTest::newRow("change at the end")
-            << L{"a", "b"} << L{"a", "c"} << "0:0 1|1" << "0:0 1|1" << "" << "";
         QTest::newRow("left empty") << L{} << L{"a", "b"} << "-|0 -|1" << "-|0 -|1" << "-1+2" << "";
         QTest::newRow("two hunks") << L{"a", "x", "b", "c", "y"} << L{"a", "b", "c", "z1", "z2"}
                                    << "0:0 1|- 2:1 3:2 4|3 -|4" << "0:0 1|- 4|3 -|4" << "4+1"
