@@ -152,7 +152,8 @@ private Q_SLOTS:
         m_controller->setTerminateQuestion(nullptr);
         BoxAnswer box(answer ? QMessageBox::Yes : QMessageBox::No);
         const QString pidFile = m_dir->filePath(QStringLiteral("child.pid"));
-        startRun(QStringLiteral("child %1\nsleep 30000").arg(pidFile));
+        startRun(QStringLiteral("out Converting script (\"a.sql\") to PostgreSQL\\n\nchild %1\nsleep 30000")
+                     .arg(pidFile));
         QTRY_COMPARE(label(), QStringLiteral("Running"));
         QTRY_VERIFY(QFileInfo(pidFile).size() > 0);
         // The engine's child: neither gone nor a zombie waiting for whoever adopted it.
@@ -170,6 +171,9 @@ private Q_SLOTS:
             QTRY_COMPARE(m_conversion->state(), QProcess::NotRunning);
             QVERIFY(log().contains(QStringLiteral("The conversion engine was terminated after")));
             QTRY_VERIFY(!childAlive()); // ended with the engine
+            // The script it was on is not done.
+            QCOMPARE(m_window->conversionLogView()->progressBar()->value(), 0);
+            QCOMPARE(m_window->conversionLogView()->progressBar()->maximum(), 1);
         } else {
             // One question per timeout, however often Stop was pressed.
             QTest::qWait(2 * timeout + 100);

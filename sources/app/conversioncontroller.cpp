@@ -153,7 +153,7 @@ void ConversionController::startFailed()
 {
     m_paused = false;
     Q_EMIT logRequested();
-    Q_EMIT runFinished();
+    Q_EMIT runFinished(true);
 }
 
 void ConversionController::terminateNow()
@@ -238,5 +238,5 @@ void ConversionController::finished(int exitCode, QProcess::ExitStatus exitStatu
                       .arg(duration, errors);
     }
     engine->appendLog(summary);
-    Q_EMIT runFinished();
+    Q_EMIT runFinished(!m_terminated && !m_stopRequested && exitStatus == QProcess::NormalExit);
 }

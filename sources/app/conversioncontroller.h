@@ -56,8 +56,9 @@ Q_SIGNALS:
     void pauseMode(bool isRunning);
     void conversionMode();
     void changeConversionIndexes(int sourceIndex, int targetIndex);
-    /** The run has ended and its summary is in the log. */
-    void runFinished();
+    /** The run has ended and its summary is in the log; @p complete unless it was
+        stopped, terminated or crashed, which leaves its last script unfinished. */
+    void runFinished(bool complete);
     /** Something the user must read is in the log: a run that could not start. */
     void logRequested();
     /** The engine was started on about @p scripts scripts (folder masks counted as they stand now). */

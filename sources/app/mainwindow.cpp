@@ -279,8 +279,8 @@ void MainWindow::setupConversion()
     connect(m_logView, &ConversionLogView::openFileAtLine, this, &MainWindow::openLogLink);
     connect(m_controller, &ConversionController::runStarted, m_logView,
             [this](int scripts) { m_logView->setRunning(true, scripts); });
-    connect(m_controller, &ConversionController::runFinished, m_logView, [this] {
-        m_logView->setRunning(false);
+    connect(m_controller, &ConversionController::runFinished, m_logView, [this](bool complete) {
+        m_logView->setRunning(false, 0, complete);
         m_logView->outputChanged();
     });
     // The error keys work wherever the focus is, and bring the log up.

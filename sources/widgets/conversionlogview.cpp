@@ -181,9 +181,10 @@ bool ConversionLogView::isCaughtUp() const
     return !m_timer.isActive();
 }
 
-void ConversionLogView::setRunning(bool running, int scripts)
+void ConversionLogView::setRunning(bool running, int scripts, bool complete)
 {
     m_running = running;
+    m_complete = complete;
     if (running)
         m_scriptTotal = scripts;
     updateCounters();
@@ -343,7 +344,7 @@ void ConversionLogView::updateCounters()
     const int scripts = m_conversion->outputParser().scriptCount();
     const int total = std::max(m_scriptTotal, scripts);
     m_progress->setMaximum(std::max(total, 1));
-    m_progress->setValue(m_running ? std::max(0, scripts - 1) : scripts);
+    m_progress->setValue(m_running || !m_complete ? std::max(0, scripts - 1) : scripts);
     m_counters->setText(QStringLiteral("%1 error(s) in %2 script(s)")
                             .arg(m_errors->rowCount())
                             .arg(m_errors->scriptsWithErrors()));

@@ -40,8 +40,9 @@ public:
     void outputChanged();
     /** Shows whatever is pending now. */
     void flush();
-    /** A run starts with @p scripts scripts (0 when unknown), or has ended. */
-    void setRunning(bool running, int scripts = 0);
+    /** A run starts with @p scripts scripts (0 when unknown), or has ended; the
+        last script started counts as done only when the run ended @p complete. */
+    void setRunning(bool running, int scripts = 0, bool complete = true);
 
     QPlainTextEdit *view() const { return m_view; }
     QListView *errorList() const { return m_errorList; }
@@ -98,5 +99,6 @@ private:
     bool m_tailShown = false;
     bool m_followEnd = true;
     bool m_running = false;
+    bool m_complete = true;
     int m_scriptTotal = 0;
 };
