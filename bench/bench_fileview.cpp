@@ -205,20 +205,30 @@ int main(int argc, char **argv)
         view.changePath(folder);
         view.treeWidget()->selectAll();
         settle(view.treeWidget());
-        const double ls = runPeer(QStringLiteral("ls"), {QStringLiteral("-l"), folder});
-        QElapsedTimer timer;
-        timer.start();
-        view.updateFileView();
-        QCoreApplication::processEvents();
-        const double refresh = timer.nsecsElapsed() / 1e6;
-        timer.restart();
-        view.setMask(QStringLiteral("*.sql")); // a full new listing, selection restored
-        QCoreApplication::processEvents();
-        const double relist = timer.nsecsElapsed() / 1e6;
-        std::printf("reload, %d rows all selected: refresh %.1f ms, new listing %.1f ms "
-                    "(goal < 100); ls -l %.1f ms; ratio %.2f; %d selected after\n",
-                    reloadCount, refresh, relist, ls, relist / ls,
-                    view.treeWidget()->selectedRowNumbers().size());
+        // The best of a few rounds, for the list and for its peer alike: one
+        // round on a shared machine measures mostly the other processes.
+        double ls = 1e9;
+        double refresh = 1e9;
+        double relist = 1e9;
+        int selected = 0;
+        for (int round = 0; round < 5; ++round) {
+            ls = qMin(ls, runPeer(QStringLiteral("ls"), {QStringLiteral("-l"), folder}));
+            QElapsedTimer timer;
+            timer.start();
+            view.updateFileView();
+            QCoreApplication::processEvents();
+            refresh = qMin(refresh, timer.nsecsElapsed() / 1e6);
+            timer.restart();
+            // A full new listing, selection restored: both masks take every file.
+            view.setMask(round % 2 ? QStringLiteral("*.*") : QStringLiteral("*.sql"));
+            QCoreApplication::processEvents();
+            relist = qMin(relist, timer.nsecsElapsed() / 1e6);
+            selected = view.treeWidget()->selectedRowNumbers().size();
+        }
+        std::printf("reload, %d rows all selected (best of 5): refresh %.1f ms, "
+                    "new listing %.1f ms (goal < 100); ls -l %.1f ms; ratio %.2f; "
+                    "%d selected after\n",
+                    reloadCount, refresh, relist, ls, relist / ls, selected);
     }
 
     // A huge folder receiving a new file every 200 ms.
