@@ -443,13 +443,22 @@ void TestFileOperations::cancelDuringCopy()
     for (int i = 0; i < 40; ++i)
         sources << dir.createFile(QStringLiteral("src/f%1.bin").arg(i), QByteArray(4 << 20, 'x'));
     const QString dst = dir.createDir("dst");
-    CopyObjects copy(sources, dst);
-    copy.setShowProgress(false);
+    QWidget window;
+    window.show();
+    CopyObjects copy(sources, dst, &window);
     copy.setPrompt([](QString &) { return true; });
     QStringList shown;
     copy.setNotify([&shown](const QString &message) { shown << message; });
-    // Cancel as soon as the first progress report arrives (as Ctrl+K would).
-    connect(&copy, &CopyObjects::progress, &copy, &CopyObjects::cancel);
+    // Ctrl+K in the progress window, which has the focus while it is up, as soon as
+    // the first progress report arrives.
+    connect(&copy, &CopyObjects::progress, &copy, [&window] {
+        auto *progress = window.findChild<QProgressDialog *>();
+        if (!progress || progress->isVisible())
+            return;
+        progress->show();
+        QApplication::setActiveWindow(progress);
+        QTest::keyClick(progress, Qt::Key_K, Qt::ControlModifier);
+    });
     const FileCopier::Summary summary = runCopy(copy);
     QVERIFY(summary.cancelled);
     QCOMPARE(shown.size(), 1);

@@ -9,6 +9,7 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QProgressDialog>
+#include <QShortcut>
 #include <QPushButton>
 #include <QTimer>
 
@@ -155,6 +156,9 @@ void CopyObjects::start(const QVector<FileCopier::Job> &jobs)
         m_progress->setWindowModality(Qt::NonModal);
         m_progress->setMinimumDuration(ProgressDelayMs);
         connect(m_progress, &QProgressDialog::canceled, this, &CopyObjects::cancel);
+        // The progress window has the focus: the main window's Ctrl+K does not reach it.
+        auto *cancelKey = new QShortcut(QKeySequence(QStringLiteral("Ctrl+K")), m_progress);
+        connect(cancelKey, &QShortcut::activated, m_progress, &QProgressDialog::canceled);
         scheduleProgress();
     }
     Q_EMIT turnWaitingMode(Qt::BusyCursor);
