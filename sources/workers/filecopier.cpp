@@ -12,7 +12,9 @@
 #ifdef Q_OS_UNIX
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 #endif
 
@@ -729,6 +731,12 @@ bool FileCopier::finishTemporary(const QByteArray &temporary, const QByteArray &
 
 void FileCopier::run()
 {
+#ifdef Q_OS_LINUX
+    // A thread's priority under the usual scheduler is its own nice value:
+    // raised, the GUI thread comes first whenever it wakes.
+    const pid_t thread = pid_t(::syscall(SYS_gettid));
+    ::setpriority(PRIO_PROCESS, id_t(thread), ::getpriority(PRIO_PROCESS, id_t(thread)) + 5);
+#endif
     m_buffer.resize(ChunkSize);
     m_pid = QCoreApplication::applicationPid();
 #ifdef Q_OS_UNIX
