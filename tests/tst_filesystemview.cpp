@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -37,6 +39,14 @@ private:
         m_view->treeWidget()->setCurrentRow(fileName == ".." ? 0 : row(fileName));
     }
     QString path(const QString &name) const { return m_dir->filePath(name); }
+    /** Removes the selection and waits for the removal's end, if one started. */
+    void removeSelection()
+    {
+        QSignalSpy done(m_view, &FileSystemView::removeFinished);
+        m_view->removeSelection();
+        if (m_view->isRemoving())
+            QVERIFY(done.wait());
+    }
 
     TestDir *m_dir = nullptr;
     QWidget *m_window = nullptr;
@@ -177,7 +187,7 @@ private Q_SLOTS:
             return confirm;
         });
         selectOnly({target});
-        m_view->removeSelection();
+        removeSelection();
         QCOMPARE(question, "Removing object(s)|Would you like to remove this object?\n"
                                + QDir::toNativeSeparators(path(target)));
         QTEST(!QFileInfo(path(target)).exists() && !QFileInfo(path(target)).isSymLink(), "gone");
@@ -186,6 +196,27 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(path("hidden/.secret")));
         QCOMPARE(QFile::exists(path("sub/inner.sql")), target != "sub" || !confirm);
         QCOMPARE(row(target) >= 0, QFileInfo::exists(path(target)));
+    }
+
+    void removalRunsInBackground()
+    {
+        for (int i = 0; i < 2000; ++i)
+            m_dir->createFile(QStringLiteral("big/%1.sql").arg(i), "x");
+        m_view->updateFileView();
+        selectOnly({"big"});
+        QSignalSpy done(m_view, &FileSystemView::removeFinished);
+        m_view->removeSelection();
+        // The call returns at once: the window goes on while the files go.
+        QVERIFY(m_view->isRemoving());
+        QCOMPARE(done.count(), 0);
+        auto *progress = m_window->findChild<QProgressDialog *>();
+        QVERIFY(progress);
+        progress->findChild<QPushButton *>()->click();
+        QVERIFY(done.wait());
+        QVERIFY(!m_view->isRemoving());
+        // Cancelled: what was not reached yet stays, listed.
+        QVERIFY(QFileInfo::exists(path("big")));
+        QVERIFY(row("big") >= 0);
     }
 
     void rename_data()
@@ -286,10 +317,10 @@ private Q_SLOTS:
         QCOMPARE(currentName(), QStringLiteral("sub"));
         // A removal leaves the cursor on the next row that stays.
         setCurrent("a.sql");
-        m_view->removeSelection();
+        removeSelection();
         QCOMPARE(currentName(), QStringLiteral("b"));
         setCurrent("b.txt");
-        m_view->removeSelection();
+        removeSelection();
         QCOMPARE(currentName(), QStringLiteral("sub"));
     }
 
@@ -367,7 +398,7 @@ private Q_SLOTS:
         QVERIFY(row(lookalike) >= 0);
         QCOMPARE(text(row(raw), 0), QStringLiteral("caf\uFFFD"));
         selectOnly({raw});
-        m_view->removeSelection();
+        removeSelection();
         QVERIFY(!QFileInfo::exists(path(raw)));
         QVERIFY(QFileInfo::exists(path(lookalike)));
     }
@@ -406,7 +437,7 @@ private Q_SLOTS:
         QSignalSpy paths(m_view, &FileSystemView::changeCurrentPath);
         QVERIFY(QDir(path("one")).removeRecursively());
         // Removing what has already gone fails quietly.
-        m_view->removeSelection();
+        removeSelection();
         // The watcher notices; the view falls back to the nearest folder left.
         QTRY_COMPARE(m_view->currentPath(), m_dir->path());
         QVERIFY(!paths.isEmpty());

@@ -149,7 +149,9 @@ private Q_SLOTS:
             asked = text;
             return true;
         });
+        QSignalSpy removed(m_left->fileSystemView(), &FileSystemView::removeFinished);
         QTest::keyClick(tree, Qt::Key_F8);
+        QVERIFY(removed.wait());
         QVERIFY(asked.startsWith("Would you like to remove these 2 objects?\n"));
         QVERIFY(!QFile::exists(path("left/a.sql")) && !QFile::exists(path("left/b.sql")));
         QVERIFY(QFile::exists(path("left/sub/s.sql")));

@@ -3,6 +3,7 @@
 #include "backgroundrelease.h"
 #include "copytobuffer.h"
 #include "filelistmodel.h"
+#include "fileremover.h"
 #include "flatfileview.h"
 #include "fullfileview.h"
 #include "itemeditdelegate.h"
@@ -17,8 +18,10 @@
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QSet>
 #include <QStatusBar>
+#include <QThread>
 #include <QTimer>
 
 namespace {
@@ -26,6 +29,8 @@ namespace {
 // The removal question lists at most this many paths; a box taller than the
 // screen helps nobody.
 constexpr int MaxListedPaths = 25;
+// A removal that ends sooner shows no progress window.
+constexpr int RemoveProgressDelayMs = 400;
 // A burst of changes is shown this long after its first change, and again
 // as long as it lasts: the timer is not restarted by later changes.
 constexpr int RefreshDelayMs = 150;
@@ -74,6 +79,13 @@ FileSystemView::FileSystemView(QObject *parent)
 
 FileSystemView::~FileSystemView()
 {
+    if (m_removeThread) {
+        m_remover->stop();
+        m_removeThread->quit();
+        m_removeThread->wait();
+        delete m_remover;
+        delete m_removeProgress;
+    }
     if (m_refreshWorker) {
         m_refreshWorker->requestStop();
         m_refreshWorker->wait(10000);
@@ -736,7 +748,7 @@ void FileSystemView::setRemoveConfirmation(Confirmation confirmation)
 void FileSystemView::removeSelection()
 {
     const QStringList paths = selectedPaths(false);
-    if (paths.isEmpty())
+    if (paths.isEmpty() || isRemoving())
         return;
     QStringList listed;
     for (int i = 0; i < paths.size() && i < MaxListedPaths; ++i)
@@ -762,28 +774,57 @@ void FileSystemView::removeSelection()
                 neighbour = model()->rowAt(row).path;
         }
     }
-    for (const QString &path : paths)
-        removePath(path);
+
+    // Tens of thousands of files take minutes to remove: never on this thread.
+    m_removeThread = new QThread(this);
+    m_remover = new FileRemover(paths);
+    m_remover->moveToThread(m_removeThread);
+    connect(m_removeThread, &QThread::started, m_remover, &FileRemover::run);
+    connect(m_remover, &FileRemover::finished, this,
+            [this, neighbour] { finishRemoval(neighbour); });
+
+    m_removeProgress = new QProgressDialog(m_tree->window());
+    m_removeProgress->setWindowTitle(QStringLiteral("Removing object(s)"));
+    m_removeProgress->setLabelText(tr("Removing..."));
+    m_removeProgress->setCancelButtonText(tr("&Cancel"));
+    m_removeProgress->setRange(0, 0);
+    m_removeProgress->setWindowModality(Qt::WindowModal);
+    m_removeProgress->setAutoClose(false);
+    m_removeProgress->setAutoReset(false);
+    connect(m_removeProgress, &QProgressDialog::canceled, this, [this] {
+        if (m_remover)
+            m_remover->stop();
+    });
+    connect(m_remover, &FileRemover::progress, m_removeProgress,
+            [this](int removed, const QString &current) {
+                m_removeProgress->setLabelText(
+                    tr("Removing %1\n%2 removed")
+                        .arg(FileListModel::displayName(QDir::toNativeSeparators(current)))
+                        .arg(removed));
+            });
+    // Quick removals finish before anything shows.
+    QTimer::singleShot(RemoveProgressDelayMs, m_removeProgress, [this] {
+        if (m_removeThread)
+            m_removeProgress->show();
+    });
+    m_removeThread->start();
+}
+
+void FileSystemView::finishRemoval(const QString &neighbour)
+{
+    m_removeThread->quit();
+    m_removeThread->wait();
+    delete m_remover;
+    m_remover = nullptr;
+    delete m_removeThread;
+    m_removeThread = nullptr;
+    delete m_removeProgress;
     // The watcher would notice too, a moment later; the list should not show
     // removed rows meanwhile.
     updateFileView();
     if (!neighbour.isEmpty() && currentPath() == QFileInfo(neighbour).absolutePath())
         setCurrentFilePath(neighbour);
-}
-
-bool FileSystemView::removePath(const QString &path)
-{
-    const QFileInfo info(path);
-    // A link is removed itself, never what it points to.
-    if (info.isSymLink() || info.isJunction() || !info.isDir())
-        return QFile::remove(path);
-    bool removed = true;
-    const QFileInfoList entries = QDir(path).entryInfoList(
-        QDir::Files | QDir::Dirs | QDir::System | QDir::NoDotAndDotDot, QDir::NoSort);
-    for (const QFileInfo &entry : entries)
-        removed = removePath(entry.absoluteFilePath()) && removed;
-    // Hidden entries are not listed above, so a folder that holds some stays.
-    return QDir().rmdir(path) && removed;
+    Q_EMIT removeFinished();
 }
 
 namespace {

@@ -13,13 +13,16 @@
 
 class CopyToBuffer;
 class FileListModel;
+class FileRemover;
 class FileView;
 class FlatFileView;
 class FullFileView;
 class ListingWorker;
 class QBoxLayout;
 class QFileSystemWatcher;
+class QProgressDialog;
 class QStatusBar;
+class QThread;
 class QTimer;
 class QWidget;
 class TreeWidget;
@@ -91,13 +94,15 @@ public:
     /** Hides the file rows without a mark until the next refresh. */
     void hideUnmarkedFiles();
 
-    /** Asks before removing and removes the selected objects. */
+    /**
+     * Asks before removing and removes the selected objects on a worker
+     * thread, with a progress window that can cancel; removeFinished() follows.
+     */
     void removeSelection();
+    bool isRemoving() const { return m_removeThread != nullptr; }
     /** Replaces the removal question (tests answer it themselves). */
     void setRemoveConfirmation(Confirmation confirmation);
     void setPatternPrompt(PatternPrompt prompt) { m_patternPrompt = std::move(prompt); }
-    /** Removes a file, a link or a folder with its contents; false if anything stayed. */
-    static bool removePath(const QString &path);
 
     /** The status line as it stands. */
     QString statusText() const;
@@ -126,6 +131,7 @@ Q_SIGNALS:
     void changeFolder(const QString &folderName);
     void changeIcon(bool ready);
     void editFile();
+    void removeFinished();
 
 public Q_SLOTS:
     void updateStatusInfo();
@@ -159,6 +165,7 @@ private:
     void showHiddenRows();
     QVector<int> selectedFileRows() const;
     bool promptPattern(bool select);
+    void finishRemoval(const QString &neighbour);
 
     DrivePath m_path;
     std::unique_ptr<FullFileView> m_fullView;
@@ -177,6 +184,9 @@ private:
     bool m_rowsHidden = false;
     QString m_cursorAfterListing;
     Confirmation m_confirm;
+    QThread *m_removeThread = nullptr;
+    FileRemover *m_remover = nullptr;
+    QPointer<QProgressDialog> m_removeProgress;
     PatternPrompt m_patternPrompt;
 
     mutable bool m_totalsValid = false;
