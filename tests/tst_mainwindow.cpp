@@ -94,8 +94,8 @@ private Q_SLOTS:
             QCOMPARE(commands->count(), 1);
             commands->clear();
             commands->addItems({"a", "b"});
-            window.engineOptions() = {{"/PRJF=", "/p/project.prj"}, {"/TBLDDL=", ""}, {"/P", "secret"},
-                                      {" ", "/X=1"}, {"/D", "dsn"}, {"/U", "scott"}, {"/INI=", "/p/m.ini"}};
+            // Which keys are kept is the settings test's; the window keeps the map.
+            window.engineOptions() = {{"/PRJF=", "/p/x.prj"}, {"/TBLDDL=", ""}, {"/P", "secret"}};
         }
         {
             MainWindow again(nullptr, qApp, QString());
@@ -107,9 +107,7 @@ private Q_SLOTS:
                 items << commands->itemText(i);
             QCOMPARE(items, QStringList({"", "b", "a"}));
             QCOMPARE(commands->currentIndex(), 0);
-            const QMap<QString, QString> expected{{"/PRJF=", "/p/project.prj"}, {" ", "/X=1"},
-                {"/D", "dsn"}, {"/U", "scott"}, {"/INI=", "/p/m.ini"}};
-            QCOMPARE(again.engineOptions(), expected);
+            QCOMPARE(again.engineOptions(), (QMap<QString, QString>{{"/PRJF=", "/p/x.prj"}}));
             // The dialogs drop an emptied option from the map: it stays cleared.
             again.engineOptions().clear();
         }
