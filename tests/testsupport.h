@@ -14,8 +14,6 @@
 class TestDir : public QTemporaryDir
 {
 public:
-    QString filePath(const QString &name) const { return QTemporaryDir::filePath(name); }
-
     QString createFile(const QString &name, const QByteArray &bytes = QByteArray()) const
     {
         const QString full = filePath(name);
