@@ -365,16 +365,19 @@ bool FileCopier::openFolders(const Entry &entry, const QByteArray &target)
         return true;
     closeFolders();
 #ifdef Q_OS_UNIX
-    m_sourceFolder = ::open(source.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    // Only to reach entries by name: a folder that may be passed through but
+    // not listed is enough where the system allows.
+#ifdef O_PATH
+    const int flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+    const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+    m_sourceFolder = ::open(source.constData(), flags);
     if (m_sourceFolder < 0) {
         fail(source, systemReason());
         return false;
     }
-#ifdef O_PATH
-    m_targetFolder = ::open(targetFolder.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-#else
-    m_targetFolder = ::open(targetFolder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-#endif
+    m_targetFolder = ::open(targetFolder.constData(), flags);
     if (m_targetFolder < 0) {
         fail(targetFolder, systemReason());
         closeFolders();
@@ -740,7 +743,8 @@ void FileCopier::run()
     m_buffer.resize(ChunkSize);
     m_pid = QCoreApplication::applicationPid();
 #ifdef Q_OS_UNIX
-    // An unnamed file is given its name through its entry under /proc.
+    // Unnamed files are used only where /proc can name them should the kernel
+    // refuse to link their descriptor.
     const Writing way = writing.load();
     m_unnamedPossible = way != HiddenNames && ::access("/proc/self/fd", X_OK) == 0;
     m_linkThroughProc = way == UnnamedThroughProc;
