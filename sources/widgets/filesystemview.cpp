@@ -86,9 +86,9 @@ FileSystemView::~FileSystemView()
         delete m_remover;
         delete m_removeProgress;
     }
-    if (m_refreshWorker) {
-        m_refreshWorker->requestStop();
-        m_refreshWorker->wait(10000);
+    if (m_refresh.isActive()) {
+        m_refresh.requestStop();
+        m_refresh.wait(10000);
     }
 }
 
@@ -216,9 +216,8 @@ void FileSystemView::showFolder(Focus focus, const QString &cursorPath)
         rows->clearMarks();
     }
     m_refreshTimer->stop();
-    if (m_refreshWorker)
-        m_refreshWorker->requestStop();
-    m_refreshWorker = nullptr;
+    m_refresh.requestStop();
+    m_refresh = {};
     m_refreshAgain = false;
     m_rowsHidden = false;
     watch(currentPath());
@@ -322,7 +321,7 @@ void FileSystemView::refreshInBackground()
 {
     if (!m_tree || currentPath().isEmpty() || isListing())
         return;
-    if (m_refreshWorker) {
+    if (m_refresh.isActive()) {
         m_refreshAgain = true;
         return;
     }
@@ -338,23 +337,22 @@ void FileSystemView::refreshInBackground()
     request.compare = true;
     request.before = m_view->listed();
     auto *worker = new ListingWorker(request);
-    m_refreshWorker = worker;
     connect(worker, &ListingWorker::changesFound, this,
             [this, worker](const FileListing::Changes &changes, const QVector<FileRow> &listing,
                            const FileListing::FolderTotals &totals) {
-                if (worker == m_refreshWorker)
+                if (m_refresh.controls(worker))
                     applyRefresh(changes, listing, totals);
             });
     connect(worker, &ListingWorker::done, this, [this, worker] {
-        if (worker != m_refreshWorker)
+        if (!m_refresh.controls(worker))
             return;
-        m_refreshWorker = nullptr;
+        m_refresh = {};
         if (m_refreshAgain) {
             m_refreshAgain = false;
             refreshInBackground();
         }
     });
-    worker->start(QThread::LowPriority);
+    m_refresh = worker->start(QThread::LowPriority);
 }
 
 void FileSystemView::applyRefresh(const FileListing::Changes &changes,

@@ -2,10 +2,10 @@
 
 #include "drivepath.h"
 #include "filelisting.h"
+#include "listingworker.h"
 
 #include <QModelIndex>
 #include <QObject>
-#include <QPointer>
 #include <QStringList>
 
 #include <functional>
@@ -17,7 +17,6 @@ class FileRemover;
 class FileView;
 class FlatFileView;
 class FullFileView;
-class ListingWorker;
 class QBoxLayout;
 class QFileSystemWatcher;
 class QProgressDialog;
@@ -179,7 +178,7 @@ private:
     CopyToBuffer *m_copyToBuffer = nullptr;
     QTimer *m_refreshTimer = nullptr;
     QTimer *m_pollTimer = nullptr;
-    QPointer<ListingWorker> m_refreshWorker;
+    ListingWorker::Control m_refresh;
     bool m_refreshAgain = false;
     bool m_rowsHidden = false;
     QString m_cursorAfterListing;

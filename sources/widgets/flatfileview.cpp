@@ -29,11 +29,11 @@ FlatFileView::FlatFileView(QObject *parent)
 
 FlatFileView::~FlatFileView()
 {
-    if (m_worker) {
-        m_worker->requestStop();
+    if (m_walk.isActive()) {
+        m_walk.requestStop();
         // The worker sees the request at its next entry; a walk stuck in the
         // file system is left to end on its own and clean up after itself.
-        m_worker->wait(m_stopTimeout);
+        m_walk.wait(m_stopTimeout);
     }
 }
 
@@ -63,10 +63,9 @@ void FlatFileView::showObjects(FileListModel *model, const QString &path, bool w
     request.withParent = withParent;
     request.hidden = m_hidden;
     auto *worker = new ListingWorker(request);
-    m_worker = worker;
     m_walking = true;
     connect(worker, &ListingWorker::rowsFound, this, [this, worker](const QVector<FileRow> &rows) {
-        if (worker != m_worker)
+        if (!m_walk.controls(worker))
             return;
         m_pending += rows;
         if (!m_sliceTimer->isActive()) {
@@ -76,20 +75,19 @@ void FlatFileView::showObjects(FileListModel *model, const QString &path, bool w
         }
     });
     connect(worker, &ListingWorker::done, this, [this, worker](bool) {
-        if (worker != m_worker)
+        if (!m_walk.controls(worker))
             return;
         m_walking = false;
-        m_worker = nullptr;
+        m_walk = {};
         insertSlice();
     });
-    worker->start(QThread::LowestPriority);
+    m_walk = worker->start(QThread::LowestPriority);
 }
 
 void FlatFileView::stop()
 {
-    if (m_worker)
-        m_worker->requestStop();
-    m_worker = nullptr;
+    m_walk.requestStop();
+    m_walk = {};
     m_walking = false;
     m_sliceTimer->stop();
     m_pending.clear();

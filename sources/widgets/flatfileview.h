@@ -2,6 +2,7 @@
 
 #include "filerow.h"
 #include "fileview.h"
+#include "listingworker.h"
 
 #include <QObject>
 #include <QPointer>
@@ -9,7 +10,6 @@
 
 #include <functional>
 
-class ListingWorker;
 class QTimer;
 
 /**
@@ -45,7 +45,7 @@ private:
     void insertSlice();
     void restoreColumnSizing();
 
-    QPointer<ListingWorker> m_worker;
+    ListingWorker::Control m_walk;
     QPointer<FileListModel> m_model;
     TreeWidget *m_tree = nullptr;
     QTimer *m_sliceTimer;

@@ -18,24 +18,34 @@ ListingWorker::ListingWorker(Request request, QObject *parent)
 
 ListingWorker::~ListingWorker() = default;
 
-void ListingWorker::start(QThread::Priority priority)
+ListingWorker::Control ListingWorker::start(QThread::Priority priority)
 {
     auto *thread = new QThread;
     moveToThread(thread);
     connect(thread, &QThread::started, this, &ListingWorker::run);
-    connect(this, &ListingWorker::done, thread, &QThread::quit);
+    // Direct: the thread ends as soon as the walk does, also while its owner waits for it.
+    connect(this, &ListingWorker::done, thread, &QThread::quit, Qt::DirectConnection);
     connect(thread, &QThread::finished, this, &QObject::deleteLater);
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    Control control;
+    control.m_worker = this;
+    control.m_stop = m_stop;
+    control.m_thread = thread;
     thread->start(priority);
+    return control;
 }
 
-bool ListingWorker::wait(int milliseconds)
+void ListingWorker::Control::requestStop() const
 {
-    QThread *thread = this->thread();
-    if (thread == QThread::currentThread())
+    if (m_stop)
+        m_stop->store(true);
+}
+
+bool ListingWorker::Control::wait(int milliseconds) const
+{
+    if (!m_thread || m_thread == QThread::currentThread())
         return true;
-    thread->quit();
-    return thread->wait(static_cast<unsigned long>(milliseconds));
+    return m_thread->wait(static_cast<unsigned long>(milliseconds));
 }
 
 void ListingWorker::run()

@@ -4,6 +4,7 @@
 
 #include <QMetaType>
 #include <QObject>
+#include <QPointer>
 #include <QThread>
 #include <QVector>
 
@@ -37,15 +38,34 @@ public:
         QVector<FileRow> before;
     };
 
+    /**
+     * What the starting thread keeps of a walk. It never touches the worker,
+     * which deletes itself on its own thread when the walk is over, so it stays
+     * valid after that.
+     */
+    class Control
+    {
+    public:
+        bool isActive() const { return m_worker != nullptr; }
+        /** Whether this controls the walk of @p worker (compared, never used). */
+        bool controls(const ListingWorker *worker) const { return worker == m_worker; }
+        /** Asks the walk to end; nothing more is reported after it. */
+        void requestStop() const;
+        /** Waits for the walk's thread to end; true when it did within @p milliseconds. */
+        bool wait(int milliseconds) const;
+
+    private:
+        friend class ListingWorker;
+        const ListingWorker *m_worker = nullptr;
+        std::shared_ptr<std::atomic<bool>> m_stop;
+        QPointer<QThread> m_thread; // deleted on the starting thread
+    };
+
     explicit ListingWorker(Request request, QObject *parent = nullptr);
     ~ListingWorker() override;
 
-    /** Starts the walk on a new thread at the given priority. */
-    void start(QThread::Priority priority = QThread::LowestPriority);
-    /** Asks the walk to end; nothing more is reported after it. Any thread. */
-    void requestStop() { m_stop->store(true); }
-    /** Waits for the thread to end; true when it did within @p milliseconds. */
-    bool wait(int milliseconds);
+    /** Starts the walk on a new thread at the given priority; connect to the signals first. */
+    Control start(QThread::Priority priority = QThread::LowestPriority);
 
 Q_SIGNALS:
     /** A batch of rows of a tree walk (not sent when comparing). */
