@@ -218,8 +218,17 @@ void Find::start()
             qCDebug(lcFind) << "Find: invalid pattern" << m_findText;
     }
     run->sinceFlush.start();
+    handOver(); // the pool threads see the run as set up here
     m_run = run;
-    m_future = QtConcurrent::run(m_pool, [this, run] { execute(run); });
+    m_future = QtConcurrent::run(m_pool, [this, run] {
+        handOver();
+        execute(run);
+    });
+}
+
+void Find::handOver() const
+{
+    std::lock_guard<std::mutex> lock(m_handOver);
 }
 
 void Find::execute(const std::shared_ptr<Run> &run)
@@ -227,7 +236,10 @@ void Find::execute(const std::shared_ptr<Run> &run)
     QVector<QFuture<void>> scanners;
     if (run->pattern && run->pattern->isValid()) {
         for (int i = 1; i < m_pool->maxThreadCount(); ++i)
-            scanners << QtConcurrent::run(m_pool, [this, run] { scanFiles(*run); });
+            scanners << QtConcurrent::run(m_pool, [this, run] {
+                handOver();
+                scanFiles(*run);
+            });
     }
     if (!run->pattern || run->pattern->isValid())
         walk(*run, run->folder, QString());
@@ -238,6 +250,11 @@ void Find::execute(const std::shared_ptr<Run> &run)
     run->wake.notify_all();
     for (QFuture<void> &scanner : scanners)
         scanner.waitForFinished();
+    {
+        // The batch is taken over from the last thread that reported, which let
+        // go of it under the mutex.
+        std::lock_guard<std::mutex> lock(run->mutex);
+    }
     flush(*run);
     const int number = run->number;
     QMetaObject::invokeMethod(this, [this, number] {
@@ -270,7 +287,7 @@ void Find::walk(Run &run, const QString &folder, const QString &parentCanonical)
         } else if (!matchesMasks(run.masks, entry.fileName())) {
             continue;
         } else if (!run.pattern) {
-                ++run.scannedFiles;
+            ++run.scannedFiles;
             complete(run, run.walked++, {FindHit{entry.absoluteFilePath(), QString(), QString()}});
         } else {
             {
