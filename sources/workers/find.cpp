@@ -1,5 +1,6 @@
 #include "find.h"
 
+#include "concurrenttask.h"
 #include "filenamecodec.h"
 #include "logging.h"
 
@@ -11,7 +12,6 @@
 #include <QSet>
 #include <QThread>
 #include <QThreadPool>
-#include <QtConcurrent>
 
 #include <condition_variable>
 #include <deque>
@@ -218,17 +218,8 @@ void Find::start()
             qCDebug(lcFind) << "Find: invalid pattern" << m_findText;
     }
     run->sinceFlush.start();
-    handOver(); // the pool threads see the run as set up here
     m_run = run;
-    m_future = QtConcurrent::run(m_pool, [this, run] {
-        handOver();
-        execute(run);
-    });
-}
-
-void Find::handOver() const
-{
-    std::lock_guard<std::mutex> lock(m_handOver);
+    m_future = ConcurrentTask::run(m_pool, [this, run] { execute(run); });
 }
 
 void Find::execute(const std::shared_ptr<Run> &run)
@@ -236,10 +227,7 @@ void Find::execute(const std::shared_ptr<Run> &run)
     QVector<QFuture<void>> scanners;
     if (run->pattern && run->pattern->isValid()) {
         for (int i = 1; i < m_pool->maxThreadCount(); ++i)
-            scanners << QtConcurrent::run(m_pool, [this, run] {
-                handOver();
-                scanFiles(*run);
-            });
+            scanners << ConcurrentTask::run(m_pool, [this, run] { scanFiles(*run); });
     }
     if (!run->pattern || run->pattern->isValid())
         walk(*run, run->folder, QString());

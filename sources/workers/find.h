@@ -12,7 +12,6 @@
 #include <QVector>
 
 #include <memory>
-#include <mutex>
 
 class QThreadPool;
 
@@ -87,12 +86,6 @@ Q_SIGNALS:
 
 private:
     struct Run;
-    /**
-     * Takes and releases m_handOver. Each pool thread does so before it reads a
-     * run, and start() after setting one up: the pool queues its tasks under a
-     * lock of its own, which the thread sanitizer cannot see.
-     */
-    void handOver() const;
     void execute(const std::shared_ptr<Run> &run);
     void walk(Run &run, const QString &folder, const QString &parentCanonical);
     void scanFiles(Run &run);
@@ -107,7 +100,6 @@ private:
     bool m_caseSensitive = false;
 
     QThreadPool *m_pool = nullptr;
-    mutable std::mutex m_handOver;
     std::shared_ptr<Run> m_run;
     QFuture<void> m_future;
     int m_runNumber = 0;

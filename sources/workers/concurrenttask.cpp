@@ -1,0 +1,7 @@
+#include "concurrenttask.h"
+
+std::mutex &ConcurrentTask::handOver()
+{
+    static std::mutex mutex;
+    return mutex;
+}
