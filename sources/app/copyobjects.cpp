@@ -83,6 +83,8 @@ CopyObjects::~CopyObjects()
         m_copier->stop();
     m_thread.quit();
     m_thread.wait();
+    if (m_copier)
+        m_copier->joined();
 }
 
 void CopyObjects::cancel()
@@ -237,6 +239,7 @@ void CopyObjects::copyFinished(const FileCopier::Summary &summary)
 {
     m_thread.quit();
     m_thread.wait();
+    m_copier->joined();
     m_copier.reset();
     if (m_progress)
         m_progress->deleteLater();

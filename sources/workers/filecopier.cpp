@@ -803,4 +803,5 @@ void FileCopier::run()
     m_summary.cancelled = m_stop.load();
     reportProgress(QByteArray(), true);
     Q_EMIT finished(m_summary);
+    m_ran.store(true, std::memory_order_release);
 }

@@ -54,6 +54,12 @@ public:
 
     /** Ends the copy at the next chunk or conflict; the file in progress is dropped. Any thread. */
     void stop();
+    /**
+     * Called once the thread that ran run() has been waited for. QThread's own
+     * join is out of the thread sanitizer's sight; this acquire of the flag run()
+     * sets last orders the copier's deletion after everything run() did.
+     */
+    void joined() const { m_ran.load(std::memory_order_acquire); }
     /** Answers the pending conflict(); with @p forAll it also answers the later ones. Any thread. */
     void answer(Choice choice, bool forAll);
 
@@ -133,6 +139,7 @@ private:
     unsigned m_umask = 0777;          // permission bits a new file loses
 
     std::atomic<bool> m_stop{false};
+    std::atomic<bool> m_ran{false}; // the last thing run() does
     std::mutex m_mutex;
     std::condition_variable m_answered;
     bool m_hasAnswer = false;
