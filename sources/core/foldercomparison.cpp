@@ -6,10 +6,12 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
+#include <QThread>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <cstring>
-#include <thread>
+#include <mutex>
 #include <vector>
 
 namespace {
@@ -122,55 +124,79 @@ bool FolderComparison::sameContent(const QString &first, const QString &second,
 FolderDifferences FolderComparison::compareFolders(const QString &first, const QString &second,
                                                    int criteria, const std::atomic<bool> *stop)
 {
+    // What the pool's threads share with this one. What is written once they have
+    // started is written and read under the mutex, which also keeps the hand-over
+    // in view of the thread sanitizer (the pool's own lock is not).
+    struct Shared
+    {
+        QString firstPrefix;
+        QString secondPrefix;
+        const std::atomic<bool> *stop = nullptr;
+        std::mutex mutex;
+        Listing secondListing;
+        std::vector<int> candidates; // indexes into the second list
+        size_t next = 0;             // the next candidate to read
+    } shared;
+    shared.firstPrefix = first + QLatin1Char('/');
+    shared.secondPrefix = second + QLatin1Char('/');
+    shared.stop = stop;
+    QThreadPool pool;
+    pool.setMaxThreadCount(qBound(1, QThread::idealThreadCount(), 8));
+
     // The two folders are listed at the same time.
-    Listing secondListing;
-    std::thread lister([&secondListing, &second] { secondListing = listFolder(second); });
+    pool.start([&shared, &second] {
+        Listing listing = listFolder(second);
+        std::lock_guard<std::mutex> lock(shared.mutex);
+        shared.secondListing = std::move(listing);
+    });
     const Listing firstListing = listFolder(first);
-    lister.join();
+    pool.waitForDone();
+
+    std::unique_lock<std::mutex> lock(shared.mutex);
     const FileList &firstList = firstListing.files;
-    FileList &secondList = secondListing.files;
+    FileList &secondList = shared.secondListing.files;
     if (criteria == COMPARE_BY_CONTENT && !stopped(stop)) {
         // Files of different sizes differ without a read; those of equal size are read.
         QHash<QString, qint64> firstSizes;
         firstSizes.reserve(firstList.size());
         for (const auto &entry : firstList)
             firstSizes.insert(entry.first, entry.second);
-        std::vector<int> candidates;
         for (int k = 0; k < secondList.size(); ++k) {
             const QString &name = secondList.at(k).first;
             const auto it = firstSizes.constFind(name);
             if (it == firstSizes.constEnd() || *it != secondList.at(k).second)
                 continue;
-            if (firstListing.special.contains(name) || secondListing.special.contains(name))
+            if (firstListing.special.contains(name)
+                || shared.secondListing.special.contains(name))
                 secondList[k].second = DifferentContent;
             else
-                candidates.push_back(k);
+                shared.candidates.push_back(k);
         }
-        std::vector<char> differs(candidates.size(), 0);
-        std::atomic<size_t> nextCandidate{0};
-        const QString firstPrefix = first + QLatin1Char('/');
-        const QString secondPrefix = second + QLatin1Char('/');
-        const auto work = [&] {
+        // Every thread takes pairs one at a time and marks the second file of a
+        // pair that differs; the reading itself is done without the lock.
+        const auto work = [&shared] {
             Buffers buffers;
-            for (size_t c = nextCandidate++; c < candidates.size() && !stopped(stop);
-                 c = nextCandidate++) {
-                const QString &name = secondList.at(candidates[c]).first;
-                differs[c] = !sameRegularFiles(firstPrefix + name, secondPrefix + name, buffers,
-                                               stop);
+            std::unique_lock<std::mutex> lock(shared.mutex);
+            FileList &list = shared.secondListing.files;
+            while (shared.next < shared.candidates.size() && !stopped(shared.stop)) {
+                const int k = shared.candidates[shared.next++];
+                const QString name = list.at(k).first;
+                lock.unlock();
+                const bool same = sameRegularFiles(shared.firstPrefix + name,
+                                                   shared.secondPrefix + name, buffers,
+                                                   shared.stop);
+                lock.lock();
+                if (!same)
+                    list[k].second = DifferentContent;
             }
         };
-        const unsigned helpers =
-            std::min<unsigned>(std::max(1U, std::thread::hardware_concurrency()), 8U) - 1;
-        std::vector<std::thread> threads;
-        for (unsigned t = 0; t < helpers && t + 1 < candidates.size(); ++t)
-            threads.emplace_back(work);
+        const int helpers = qMin(pool.maxThreadCount(), int(shared.candidates.size())) - 1;
+        for (int t = 0; t < helpers; ++t)
+            pool.start(work);
+        lock.unlock();
         work();
-        for (std::thread &thread : threads)
-            thread.join();
-        for (size_t c = 0; c < candidates.size(); ++c) {
-            if (differs[c])
-                secondList[candidates[c]].second = DifferentContent;
-        }
+        pool.waitForDone();
+        lock.lock();
     }
     return compare(firstList, secondList);
 }
