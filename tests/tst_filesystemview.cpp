@@ -23,7 +23,7 @@ class TestFileSystemView : public QObject
 private:
     int row(const QString &fileName) const
     {
-        return m_view->rowOfKey(QFileInfo(path(fileName)).absoluteFilePath());
+        return fileName == ".." ? 0 : m_view->rowOfKey(QFileInfo(path(fileName)).absoluteFilePath());
     }
     QString text(int row, int column) const
     {
@@ -34,10 +34,7 @@ private:
         TreeWidget *tree = m_view->treeWidget();
         return text(tree->currentRow(), tree->nameColumn());
     }
-    void setCurrent(const QString &fileName)
-    {
-        m_view->treeWidget()->setCurrentRow(fileName == ".." ? 0 : row(fileName));
-    }
+    void setCurrent(const QString &fileName) { m_view->treeWidget()->setCurrentRow(row(fileName)); }
     QString path(const QString &name) const { return m_dir->filePath(name); }
     /** Removes the selection and waits for the removal's end, if one started. */
     void removeSelection()
@@ -57,7 +54,7 @@ private:
     {
         QVector<int> rows;
         for (const QString &name : fileNames) {
-            rows << (name == ".." ? 0 : row(name));
+            rows << row(name);
             QVERIFY2(rows.last() >= 0, qPrintable(name));
         }
         m_view->treeWidget()->selectRowNumbers(rows);
@@ -106,6 +103,8 @@ private Q_SLOTS:
         QTest::keyClick(tree, Qt::Key_Return);  // on ".."
         QCOMPARE(m_view->currentPath(), m_dir->path());
         QCOMPARE(folders.last().first().toString(), m_dir->path() + QStringLiteral("/.."));
+        // Going up puts the cursor on the folder just left.
+        QCOMPARE(currentName(), QStringLiteral("sub"));
 
         const QRect rect = tree->visualRect(m_view->model()->index(row("a.sql"), 0));
         QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
@@ -249,7 +248,7 @@ private Q_SLOTS:
         }
         const qint64 size = QFileInfo(path(from)).size();
         QSignalSpy refreshes(m_view, &FileSystemView::changeIcon);
-        const int item = from == ".." ? 0 : row(from);
+        const int item = row(from);
         tree->setFocus();
         tree->setCurrentRow(item);
         QTest::keyClick(tree, Qt::Key_F2);
@@ -305,17 +304,9 @@ private Q_SLOTS:
         QCOMPARE(currentName(), QStringLiteral("b"));
     }
 
-    void cursorPlacement()
+    // A removal leaves the cursor on the next row that stays.
+    void cursorAfterRemoval()
     {
-        TreeWidget *tree = m_view->treeWidget();
-        tree->setFocus();
-        // Going up puts the cursor on the folder just left.
-        setCurrent("sub");
-        QTest::keyClick(tree, Qt::Key_Return);
-        QTest::keyClick(tree, Qt::Key_Return);
-        QCOMPARE(m_view->currentPath(), m_dir->path());
-        QCOMPARE(currentName(), QStringLiteral("sub"));
-        // A removal leaves the cursor on the next row that stays.
         setCurrent("a.sql");
         removeSelection();
         QCOMPARE(currentName(), QStringLiteral("b"));
@@ -445,39 +436,31 @@ private Q_SLOTS:
         QVERIFY(row("a.sql") >= 0);
     }
 
+    // The flat list shows ".." in its name column and keeps it current. Marks given while
+    // it is still being filled reach the rows that arrive later; a new listing keeps the
+    // selection by path.
     void flatList()
     {
-        TreeWidget *tree = m_view->treeWidget();
-        tree->setFocus();
+        for (int i = 0; i < 300; ++i)
+            m_dir->createFile(QStringLiteral("deep/d%1/f.sql").arg(i));
+        m_view->updateFileView();
+        m_view->treeWidget()->setFocus();
         QSignalSpy icons(m_view, &FileSystemView::changeIcon);
         QSignalSpy paths(m_view, &FileSystemView::changeCurrentPath);
         m_view->setFlatList(true);
+        m_view->markFiles({"a.sql", "sub/inner.sql", "deep/d299/f.sql"}, FileSystemView::DifferentMark);
         QTRY_VERIFY(!m_view->isListing());
         QCOMPARE(icons.first().first().toBool(), false);
         QCOMPARE(icons.last().first().toBool(), true);
-        QCOMPARE(m_view->model()->count(), 4);  // "..", a.sql, b.txt, sub/inner.sql
-        QVERIFY(row("sub/inner.sql") >= 0);
-        // The flat list shows ".." in its name column; it is the current row all the same.
+        const FileListModel *model = m_view->model();
+        QCOMPARE(model->count(), 304);  // "..", a.sql, b.txt, sub/inner.sql, deep/...
+        for (const char *name : {"a.sql", "sub/inner.sql", "deep/d299/f.sql"})
+            QCOMPARE(int(model->rowAt(row(QLatin1String(name))).mark), int(FileRow::DifferentMark));
+        QCOMPARE(int(model->rowAt(row("b.txt")).mark), int(FileRow::NoMark));
         QCOMPARE(currentName(), QStringLiteral(".."));
         m_view->setFlatList(false);
         QCOMPARE(currentName(), QStringLiteral(".."));
         QCOMPARE(paths.count(), 1);
-    }
-
-    // Marks given while a flat list is still being filled reach the rows
-    // that arrive later; a new listing keeps the selection by path.
-    void flatMarksAndSelection()
-    {
-        for (int i = 0; i < 300; ++i)
-            m_dir->createFile(QStringLiteral("deep/d%1/f.sql").arg(i));
-        m_view->setFlatList(true);
-        m_view->markFiles({"a.sql", "sub/inner.sql", "deep/d299/f.sql"}, FileSystemView::DifferentMark);
-        QTRY_VERIFY(!m_view->isListing());
-        const FileListModel *model = m_view->model();
-        for (const char *name : {"a.sql", "sub/inner.sql", "deep/d299/f.sql"})
-            QCOMPARE(int(model->rowAt(row(QLatin1String(name))).mark), int(FileRow::DifferentMark));
-        QCOMPARE(int(model->rowAt(row("b.txt")).mark), int(FileRow::NoMark));
-        m_view->setFlatList(false);
         selectOnly({"a.sql", "b.txt"});
         m_view->setMask("*.*");
         QCOMPARE(m_view->selectedPaths(), QStringList({path("a.sql"), path("b.txt")}));
