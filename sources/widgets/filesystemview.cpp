@@ -83,6 +83,7 @@ FileSystemView::~FileSystemView()
         m_remover->stop();
         m_removeThread->quit();
         m_removeThread->wait();
+        m_remover->joined();
         delete m_remover;
         delete m_removeProgress;
     }
@@ -812,6 +813,7 @@ void FileSystemView::finishRemoval(const QString &neighbour)
 {
     m_removeThread->quit();
     m_removeThread->wait();
+    m_remover->joined();
     delete m_remover;
     m_remover = nullptr;
     delete m_removeThread;

@@ -25,6 +25,7 @@ void FileRemover::run()
         remove(path);
     }
     Q_EMIT finished(m_removed, m_stop);
+    m_ran.store(true, std::memory_order_release);
 }
 
 bool FileRemover::remove(const QString &path)

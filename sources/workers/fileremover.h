@@ -22,6 +22,12 @@ public:
 
     /** Ends the removal before its next entry. Any thread. */
     void stop() { m_stop = true; }
+    /**
+     * Called once the thread that ran run() has been waited for: QThread's join
+     * is out of the thread sanitizer's sight, and this acquire of the flag run()
+     * sets last orders the remover's deletion after everything run() did.
+     */
+    void joined() const { m_ran.load(std::memory_order_acquire); }
 
 public Q_SLOTS:
     void run();
@@ -36,6 +42,7 @@ private:
 
     QStringList m_paths;
     std::atomic_bool m_stop{false};
+    std::atomic_bool m_ran{false}; // the last thing run() does
     int m_removed = 0;
     QElapsedTimer m_sinceProgress;
 };
