@@ -35,7 +35,6 @@ public:
     /** Ends a run by force at once, and waits a little for the engine to go. */
     void terminateNow();
 
-    bool isPaused() const { return m_paused; }
 
     /** Asks whether to end an engine that ignored the stop request (default: a message box). */
     void setTerminateQuestion(std::function<bool()> question) { m_terminateQuestion = question; }

@@ -36,11 +36,7 @@ public:
     Ui::MainWindow *form() const { return m_ui.get(); }
     PanelManager *panelManager() const { return m_panelManager; }
     ConversionController *conversionController() const { return m_controller; }
-    CommandLine *commandLine() const { return m_commandLine; }
-    FileDiff *fileDiff() const { return m_fileDiff; }
-    FontActions *fontActions() const { return m_fontActions; }
     FindScript *findScript() const { return m_findScript; }
-    FileListDiff *fileListDiff() const { return m_fileListDiff; }
     ConversionLogView *conversionLogView() const { return m_logView; }
 
     /** Engine switches ("/PRJF=", "/INI=", ...) and the free extra options under " ". */
@@ -49,16 +45,10 @@ public:
     QString targetEncoding() const { return m_targetEncoding; }
 
     QAction *runAction() const { return m_runAction; }
-    QAction *stopAction() const { return m_stopAction; }
-    QAction *migrationAction() const { return m_migrationAction; }
-    QAction *encodingAction() const { return m_encodingAction; }
     QAction *findAction() const { return m_findAction; }
-    QAction *copyFileAction() const { return m_copyFileAction; }
     QAction *cancelAction() const { return m_cancelAction; }
-    QAction *exitAction() const { return m_exitAction; }
     /** Where the commands typed on the "Commands:" line write. */
     QPlainTextEdit *commandOutput() const { return m_commandOutput; }
-    QMenu *recentFoldersMenu() const { return m_recentMenu; }
 
     /**
      * Opens the panels on the folders and files given on the command line and

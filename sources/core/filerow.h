@@ -30,7 +30,6 @@ struct FileRow
     QString fileName() const;
     /** The path below the listed root: directory + "/" + file name. */
     QString relativePath() const;
-    bool isFolder() const { return kind != File; }
     /** Whether size, time and kind are the same (the listing shows the same cells). */
     bool sameState(const FileRow &other) const
     {

@@ -106,11 +106,6 @@ bool sameRegularFiles(const QString &first, const QString &second, Buffers &buff
 
 } // namespace
 
-FileList FolderComparison::listFiles(const QString &folder)
-{
-    return listFolder(folder).files;
-}
-
 bool FolderComparison::sameContent(const QString &first, const QString &second,
                                    const std::atomic<bool> *stop)
 {

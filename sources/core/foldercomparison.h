@@ -32,9 +32,6 @@ struct FolderDifferences
 class FolderComparison
 {
 public:
-    /** The files (not folders) of @p folder in its default listing order, valued by size. */
-    static FileList listFiles(const QString &folder);
-
     /**
      * Compares the files of two folders. By content, only files of equal size are
      * read, each once, both of a pair at the same time, and only as far as the

@@ -16,9 +16,6 @@ public:
     /** Writes the edited values into @p options; an empty value removes its switch. */
     void applyTo(QMap<QString, QString> &options) const;
 
-    QLineEdit *dataSourceEdit() const { return m_dataSource; }
-    QLineEdit *userEdit() const { return m_user; }
-    QLineEdit *passwordEdit() const { return m_password; }
 
 private:
     QLineEdit *m_dataSource;

@@ -15,7 +15,6 @@ public:
     explicit FileMaskDialog(QWidget *parent = nullptr);
 
     QString mask() const;
-    QComboBox *maskCombo() const { return m_combo; }
 
     void accept() override;
 

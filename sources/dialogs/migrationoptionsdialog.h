@@ -18,10 +18,6 @@ public:
     /** Writes the edited values into @p options; an empty value removes its entry. */
     void applyTo(QMap<QString, QString> &options) const;
 
-    QLineEdit *projectEdit() const { return m_project; }
-    QLineEdit *iniEdit() const { return m_ini; }
-    QLineEdit *tablesDdlEdit() const { return m_tablesDdl; }
-    QLineEdit *extraEdit() const { return m_extra; }
 
 private:
     QLineEdit *addFileRow(class QFormLayout *form, const QString &label, const QString &filter);

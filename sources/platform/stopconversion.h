@@ -39,8 +39,6 @@ public:
      */
     void kill(QProcess *process = nullptr);
 
-    EventSender &eventSender() { return m_eventSender; }
-    bool isWaiting() const { return m_timer.isActive(); }
     static constexpr int StopTimeout = 3000;
     /** How long the engine gets to stop before the question; tests shorten it. */
     void setStopTimeout(int msecs) { m_stopTimeout = msecs; }

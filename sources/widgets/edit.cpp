@@ -380,11 +380,6 @@ Edit::DiskState Edit::diskState(const QString &path)
     return state;
 }
 
-bool Edit::isChangedOnDisk() const
-{
-    return m_editor && !(diskState(m_filePath) == m_diskState);
-}
-
 void Edit::watchFile()
 {
     if (!m_watcher) {
@@ -945,16 +940,6 @@ void Edit::linkScrollBar(Edit *other)
             Qt::UniqueConnection);
     connect(theirs, &QScrollBar::valueChanged, mine, &QScrollBar::setValue,
             Qt::UniqueConnection);
-}
-
-void Edit::unlinkScrollBar(Edit *other)
-{
-    QScrollBar *mine = verticalScrollBar();
-    QScrollBar *theirs = other ? other->verticalScrollBar() : nullptr;
-    if (!mine || !theirs)
-        return;
-    disconnect(mine, &QScrollBar::valueChanged, theirs, &QScrollBar::setValue);
-    disconnect(theirs, &QScrollBar::valueChanged, mine, &QScrollBar::setValue);
 }
 
 bool Edit::savePrompt(const QString &text)

@@ -103,8 +103,6 @@ public:
     QsciScintilla *editorWidget() const;
     /** The view that shows a file too large for the editor; null otherwise. */
     LargeFileView *largeFileView() const { return m_largeView; }
-    /** The file on disk differs from what was loaded or saved last. */
-    bool isChangedOnDisk() const;
     /** The file's mode forbids writing: it is shown read-only. */
     bool isFileReadOnly() const { return m_fileReadOnly; }
     /** The text of the notice shown above the editor; empty when none is shown. */
@@ -112,9 +110,8 @@ public:
     /** The editor with its notice line and its search bar. */
     QWidget *widget() const;
 
-    /** Makes the two editors scroll together, or no longer. */
+    /** Makes the two editors scroll together. */
     void linkScrollBar(Edit *other);
-    void unlinkScrollBar(Edit *other);
 
     /** The search bar's hits as links "<a href=#n>n : text</a>", after search(). */
     QStringList searchLinks() const { return m_searchLinks; }

@@ -212,7 +212,7 @@ void FileDiff::startComparison(const QString &leftFile, const QString &rightFile
     m_hunks = DiffAlignment::hunks(leftCommon, rightCommon, editor(LeftPart)->lineCount(),
                                    editor(RightPart)->lineCount());
     // A new comparison keeps the place the last stepping left, within the new hunks.
-    m_leftPosition = m_rightPosition = qMin(m_rightPosition, m_hunks.size() - 1);
+    m_rightPosition = qMin(m_rightPosition, m_hunks.size() - 1);
     m_nextAction->setEnabled(!m_hunks.isEmpty());
     m_prevAction->setEnabled(!m_hunks.isEmpty());
     // Editors kept open from an earlier comparison still carry its marks.
@@ -431,13 +431,13 @@ void FileDiff::stepTo(int hunk)
 
 void FileDiff::showNextDiff()
 {
-    m_leftPosition = ++m_rightPosition;
+    ++m_rightPosition;
     stepTo(m_rightPosition);
 }
 
 void FileDiff::showPrevDiff()
 {
-    m_leftPosition = --m_rightPosition;
+    --m_rightPosition;
     stepTo(m_rightPosition);
 }
 

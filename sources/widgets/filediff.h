@@ -46,7 +46,6 @@ public:
     /** The rows shown side by side. */
     const QVector<DiffRow> &rows() const { return m_rows; }
     /** The current hunk's index, -1 before the first step. */
-    int leftPosition() const { return m_leftPosition; }
     int rightPosition() const { return m_rightPosition; }
     /** The characters highlighted as changed in @p line of @p part's editor. */
     QVector<DiffRange> changedRanges(Part part, int line) const;
@@ -90,7 +89,6 @@ private:
     std::unique_ptr<FileComparator> m_comparator;
     QVector<DiffHunk> m_hunks;
     QVector<DiffRow> m_rows;
-    int m_leftPosition = -1;
     int m_rightPosition = -1;
     int m_top[2] = {0, 0};      // blank rows above each side's first line
     bool m_scrolling = false;   // one side follows the other

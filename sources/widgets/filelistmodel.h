@@ -27,7 +27,6 @@ public:
 
     /** Switches between the full (false) and the flat (true) columns; empties the list. */
     void setFlat(bool flat);
-    bool isFlat() const { return m_flat; }
     int nameColumn() const { return m_flat ? 1 : 0; }
     int extColumn() const { return nameColumn() + 1; }
     int sizeColumn() const { return nameColumn() + 2; }

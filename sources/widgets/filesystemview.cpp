@@ -106,7 +106,7 @@ void FileSystemView::init(QBoxLayout *layout, QWidget *parent, QStatusBar *statu
         layout->addWidget(m_tree);
     m_tree->installEventFilter(this);
     m_tree->setItemDelegate(new ItemEditDelegate(this, m_tree));
-    m_copyToBuffer = new CopyToBuffer(m_tree, this);
+    new CopyToBuffer(m_tree, this);
     m_view->setColumns(m_tree);
 
     // The list activates a row on Return and on a double click (or a single

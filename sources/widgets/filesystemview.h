@@ -11,7 +11,6 @@
 #include <functional>
 #include <memory>
 
-class CopyToBuffer;
 class FileListModel;
 class FileRemover;
 class FileView;
@@ -51,7 +50,6 @@ public:
     QString currentPath() const { return m_path.path(); }
     TreeWidget *treeWidget() const { return m_tree; }
     FileListModel *model() const;
-    FileView *fileView() const { return m_view; }
     DrivePath &drivePath() { return m_path; }
 
     /**
@@ -175,7 +173,6 @@ private:
     TreeWidget *m_tree = nullptr;
     QStatusBar *m_statusBar = nullptr;
     bool m_statusActive = true;
-    CopyToBuffer *m_copyToBuffer = nullptr;
     QTimer *m_refreshTimer = nullptr;
     QTimer *m_pollTimer = nullptr;
     ListingWorker::Control m_refresh;

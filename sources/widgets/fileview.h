@@ -59,7 +59,6 @@ public:
     /** Whether rows are still being produced or inserted. */
     virtual bool isBusy() const { return false; }
 
-    static QString folderSizeText() { return QStringLiteral("<Dir>"); }
     static QString parentName() { return QStringLiteral(".."); }
 
 protected:

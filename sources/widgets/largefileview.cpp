@@ -123,11 +123,6 @@ void LargeFileView::setTop(qint64 offset)
     viewport()->update();
 }
 
-void LargeFileView::goToOffset(qint64 offset)
-{
-    setTop(rowStartAtOrBefore(offset));
-}
-
 bool LargeFileView::goToLine(int line)
 {
     // The file is read from its start, in blocks, only as far as the line.

@@ -21,13 +21,10 @@ public:
     LargeFileView(const QString &path, QTextCodec *codec, QWidget *parent = nullptr);
 
     bool isOpen() const { return m_file.isOpen(); }
-    qint64 fileSize() const { return m_size; }
     /** Byte offset of the first row shown. */
     qint64 topOffset() const { return m_top; }
     /** The rows now shown, decoded. */
     QStringList visibleRows() const;
-    /** Shows the row holding @p offset at the top. */
-    void goToOffset(qint64 offset);
     /** Shows the start of line @p line (0-based) at the top; false past the last line. */
     bool goToLine(int line);
 

@@ -120,13 +120,6 @@ QStringList Panel::selectedFiles() const
     return m_view->selectedFiles();
 }
 
-void Panel::showBrowser(bool show)
-{
-    m_view->treeWidget()->setVisible(show);
-    if (show)
-        m_view->treeWidget()->setFocus();
-}
-
 QScrollBar *Panel::editorScrollBar() const
 {
     // Asked of the editor itself: the panel may be hidden (the other side maximized).
@@ -174,7 +167,6 @@ bool Panel::handleKey(QKeyEvent *event)
 
 void Panel::setKeyFilter(QObject *filter)
 {
-    m_keyFilter = filter;
     m_container->installEventFilter(filter);
     m_view->treeWidget()->installEventFilter(filter);
 }

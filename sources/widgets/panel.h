@@ -64,14 +64,7 @@ public:
     void readSettings(const Settings &settings);
     void writeSettings(Settings &settings) const;
 
-    /** The layout under the title bar: the browser's list, and the editor while one is open. */
-    QVBoxLayout *contentLayout() const { return m_contentLayout; }
-    /** The title bar's label of the open file, after its "file name:" caption. */
-    QLabel *fileNameLabel() const { return m_fileNameLabel; }
     QToolButton *maximizeButton() const { return m_maximizeButton; }
-    QToolButton *closeButton() const { return m_closeButton; }
-    /** Shows the browser's list (true) or hides it for the editor (false). */
-    void showBrowser(bool show);
     /** The vertical scroll bar of the open editor, or null. */
     QScrollBar *editorScrollBar() const;
 
@@ -137,5 +130,4 @@ private:
     QLabel *m_pathLabel = nullptr;
     QString m_shownPath;
     QString m_conversion;
-    QObject *m_keyFilter = nullptr;
 };

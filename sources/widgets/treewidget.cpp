@@ -39,7 +39,6 @@ TreeWidget::TreeWidget(QWidget *parent)
 int TreeWidget::nameColumn() const { return m_model->nameColumn(); }
 int TreeWidget::sizeColumn() const { return m_model->sizeColumn(); }
 int TreeWidget::dateColumn() const { return m_model->dateColumn(); }
-int TreeWidget::userSortColumn() const { return m_model->sortColumn(); }
 
 void TreeWidget::sortByColumn(int column)
 {

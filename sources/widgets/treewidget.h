@@ -28,8 +28,6 @@ public:
     int sizeColumn() const;
     int dateColumn() const;
 
-    /** The column the user sorted by, or -1 while rows keep listing order. */
-    int userSortColumn() const;
     /** Sorts the rows the way the user last asked for, if ever. */
     void applyUserSort();
     /** Forgets the user's sort (the columns changed). */
