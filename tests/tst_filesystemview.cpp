@@ -448,7 +448,7 @@ private Q_SLOTS:
         QSignalSpy icons(m_view, &FileSystemView::changeIcon);
         QSignalSpy paths(m_view, &FileSystemView::changeCurrentPath);
         m_view->setFlatList(true);
-        m_view->markFiles({"a.sql", "sub/inner.sql", "deep/d299/f.sql"}, FileSystemView::DifferentMark);
+        m_view->markFiles({"a.sql", "sub/inner.sql", "deep/d299/f.sql"}, FileSystemView::FileMark::Different);
         QTRY_VERIFY(!m_view->isListing());
         QCOMPARE(icons.first().first().toBool(), false);
         QCOMPARE(icons.last().first().toBool(), true);

@@ -167,12 +167,12 @@ void FileListDiff::showDifferences(const FolderDifferences &differences)
     m_last = differences;
     if (m_firstView && m_secondView) {
         qCDebug(lcDiff) << "Different files: " << m_last.different.size();
-        m_firstView->markFiles(m_last.different, FileSystemView::DifferentMark);
-        m_secondView->markFiles(m_last.different, FileSystemView::DifferentMark);
+        m_firstView->markFiles(m_last.different, FileSystemView::FileMark::Different);
+        m_secondView->markFiles(m_last.different, FileSystemView::FileMark::Different);
         qCDebug(lcDiff) << "Absent files: " << m_last.onlyInFirst;
-        m_firstView->markFiles(m_last.onlyInFirst, FileSystemView::AbsentMark);
+        m_firstView->markFiles(m_last.onlyInFirst, FileSystemView::FileMark::Absent);
         qCDebug(lcDiff) << "Absent files: " << m_last.onlyInSecond;
-        m_secondView->markFiles(m_last.onlyInSecond, FileSystemView::AbsentMark);
+        m_secondView->markFiles(m_last.onlyInSecond, FileSystemView::FileMark::Absent);
         setMarked(m_firstView);
         setMarked(m_secondView);
         if (m_showMarkedOnly->isChecked())

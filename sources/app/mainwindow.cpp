@@ -79,9 +79,9 @@ MainWindow::MainWindow(QWidget *parent, QApplication *application, const QString
 
     connect(this, &MainWindow::showFindLogRequested, this, &MainWindow::showFindLog);
     connect(m_panelManager, &PanelManager::turnWaitingMode, this,
-            [this](Qt::CursorShape cursor) { setWorkBusy(CopyWork, cursor != Qt::ArrowCursor); });
+            [this](Qt::CursorShape cursor) { setWorkBusy(Work::Copy, cursor != Qt::ArrowCursor); });
     connect(m_panelManager, &PanelManager::listingBusy, this,
-            [this](bool busy) { setWorkBusy(ListingWork, busy); });
+            [this](bool busy) { setWorkBusy(Work::Listing, busy); });
     if (application)
         connect(application, &QApplication::focusChanged, this, &MainWindow::focusChanged);
     connect(m_ui->setFilterAction, &QAction::triggered, this, &MainWindow::ShowFilterDialog);
@@ -350,7 +350,7 @@ void MainWindow::setupSearch()
     });
     connect(m_findAction, &QAction::triggered, m_findScript, &FindScript::showFindDialog);
     connect(m_findScript, &FindScript::turnWaitingMode, this,
-            [this](Qt::CursorShape cursor) { setWorkBusy(FindWork, cursor != Qt::ArrowCursor); });
+            [this](Qt::CursorShape cursor) { setWorkBusy(Work::Find, cursor != Qt::ArrowCursor); });
     connect(m_findScript, &FindScript::searchStarted, this, &MainWindow::showFindLogRequested);
     connect(m_findScript, &FindScript::openFileAtLine, this,
             [this](const QString &path, int line) {
@@ -371,7 +371,7 @@ void MainWindow::setupSearch()
 
     m_fileListDiff = new FileListDiff(this);
     connect(m_fileListDiff, &FileListDiff::turnWaitingMode, this, [this](Qt::CursorShape cursor) {
-        setWorkBusy(CompareWork, cursor != Qt::ArrowCursor);
+        setWorkBusy(Work::Compare, cursor != Qt::ArrowCursor);
     });
     m_fileListDiff->setup(m_ui->actionSelect_Different_by_Size,
                           m_ui->actionSelect_Different_by_Content, m_ui->actionShow_Selected,
@@ -438,19 +438,19 @@ void MainWindow::writeSettings()
 
 void MainWindow::turnWaitingMode(Qt::CursorShape cursor)
 {
-    setWorkBusy(OtherWork, cursor != Qt::ArrowCursor);
+    setWorkBusy(Work::Other, cursor != Qt::ArrowCursor);
 }
 
 void MainWindow::setWorkBusy(Work work, bool busy)
 {
     // Each work clears only its own busy state: a folder listed, or another
     // work ending, leaves Cancel to a search or copy still running.
-    if (work == ListingWork)
+    if (work == Work::Listing)
         m_listing = busy;
     else if (busy)
-        m_busyWorks.insert(work);
+        m_busyWorks.insert(int(work));
     else
-        m_busyWorks.remove(work);
+        m_busyWorks.remove(int(work));
     const bool cancellable = !m_busyWorks.isEmpty();
     setCursor(cancellable ? Qt::BusyCursor : (m_listing ? Qt::WaitCursor : Qt::ArrowCursor));
     if (cancellable)

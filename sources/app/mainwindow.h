@@ -91,7 +91,7 @@ protected:
 
 private:
     /** The long works that show a busy cursor; all but the listing can be cancelled. */
-    enum Work { FindWork, CopyWork, CompareWork, OtherWork, ListingWork };
+    enum class Work { Find, Copy, Compare, Other, Listing };
     void setWorkBusy(Work work, bool busy);
 
     void createActions();

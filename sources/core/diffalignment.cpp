@@ -7,7 +7,7 @@ namespace {
 // Longer lines are not split into tokens: the table would grow with their square.
 constexpr int MaxTokens = 1000;
 
-enum TokenKind { Word, Blank, Other };
+enum class TokenKind { Word, Blank, Other };
 
 struct Token
 {
@@ -19,8 +19,8 @@ struct Token
 TokenKind kindOf(QChar c)
 {
     if (c.isLetterOrNumber() || c.isMark() || c == QLatin1Char('_'))
-        return Word;
-    return c.isSpace() ? Blank : Other;
+        return TokenKind::Word;
+    return c.isSpace() ? TokenKind::Blank : TokenKind::Other;
 }
 
 // Words and runs of blanks as one token each, any other character alone.
@@ -31,7 +31,7 @@ QVector<Token> tokens(const QString &text)
     for (int start = 0; start < n && out.size() <= MaxTokens;) {
         const TokenKind kind = kindOf(text.at(start));
         int end = start + 1;
-        if (kind != Other) {
+        if (kind != TokenKind::Other) {
             while (end < n && kindOf(text.at(end)) == kind)
                 ++end;
         } else if (text.at(start).isHighSurrogate() && end < n) {
@@ -48,7 +48,7 @@ bool sameToken(const QString &a, const Token &ta, const QString &b, const Token 
 {
     if (ta.kind != tb.kind)
         return false;
-    if (ta.kind == Blank && (options & FileComparator::IgnoreWhitespace))
+    if (ta.kind == TokenKind::Blank && (options & FileComparator::IgnoreWhitespace))
         return true;
     const Qt::CaseSensitivity cs =
         options & FileComparator::IgnoreCase ? Qt::CaseInsensitive : Qt::CaseSensitive;
@@ -169,11 +169,11 @@ void DiffAlignment::changedRanges(const QString &left, const QString &right,
             ++j;
         } else if (j >= m || (i < n && table[at(i + 1, j)] >= table[at(i, j + 1)])) {
             // Blanks that only the option ignores stay unmarked.
-            if (!(a[i].kind == Blank && (options & FileComparator::IgnoreWhitespace)))
+            if (!(a[i].kind == TokenKind::Blank && (options & FileComparator::IgnoreWhitespace)))
                 addRange(leftRanges, a[i].start, a[i].length);
             ++i;
         } else {
-            if (!(b[j].kind == Blank && (options & FileComparator::IgnoreWhitespace)))
+            if (!(b[j].kind == TokenKind::Blank && (options & FileComparator::IgnoreWhitespace)))
                 addRange(rightRanges, b[j].start, b[j].length);
             ++j;
         }

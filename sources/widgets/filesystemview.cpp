@@ -720,7 +720,7 @@ void FileSystemView::markFiles(const QStringList &fileNames, FileMark mark)
         return;
     // Rows are matched by their exact name, so names that differ only in
     // case (A.SQL and a.sql) each keep their own mark.
-    model()->addMarks(fileNames, mark == DifferentMark ? FileRow::DifferentMark
+    model()->addMarks(fileNames, mark == FileMark::Different ? FileRow::DifferentMark
                                                       : FileRow::AbsentMark);
 }
 

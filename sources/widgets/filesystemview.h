@@ -34,7 +34,7 @@ class FileSystemView : public QObject
 {
     Q_OBJECT
 public:
-    enum FileMark { DifferentMark, AbsentMark };
+    enum class FileMark { Different, Absent };
 
     /** Asks whether to go ahead; gets the title and the text of the question. */
     using Confirmation = std::function<bool(const QString &title, const QString &text)>;
